@@ -1,0 +1,112 @@
+#include "support/test_pictures.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+
+namespace mirellon::test {
+
+using picture::PicBuf;
+using picture::Row;
+using picture::SBxPicBuf;
+
+std::uint64_t Random::Next() {
+  state_ += 0x9E3779B97F4A7C15ULL;
+  std::uint64_t z = state_;
+  z = (z ^ (z >> 30U)) * 0xBF58476D1CE4E5B9ULL;
+  z = (z ^ (z >> 27U)) * 0x94D049BB133111EBULL;
+  return z ^ (z >> 31U);
+}
+
+int Random::Below(int bound) {
+  return static_cast<int>(Next() % static_cast<std::uint64_t>(bound));
+}
+
+double Random::Unit() {
+  return static_cast<double>(Next() >> 11U) * 0x1.0p-53;
+}
+
+unsigned Sample(const SBxPicBuf& picture, int x, int y, int c) {
+  const int index = x * picture.components + c;
+  return picture.bitsPerComponent == 8 ? Row<std::uint8_t>(picture, y)[index]
+                                       : Row<std::uint16_t>(picture, y)[index];
+}
+
+void SetSample(SBxPicBuf& picture, int x, int y, int c, unsigned value) {
+  const int index = x * picture.components + c;
+  if (picture.bitsPerComponent == 8) {
+    Row<std::uint8_t>(picture, y)[index] = static_cast<std::uint8_t>(value);
+  } else {
+    Row<std::uint16_t>(picture, y)[index] = static_cast<std::uint16_t>(value);
+  }
+}
+
+PicBuf RandomPicture(int width, int height, int components, int bits, std::uint64_t seed) {
+  PicBuf picture(width, height, components, bits);
+  Random random(seed);
+  for (int i = 0; i < picture->byteSize; ++i) picture->samples[i] = static_cast<unsigned char>(random.Next());
+  return picture;
+}
+
+PicBuf PhotoLikePicture(int width, int height, int components, int bits, std::uint64_t seed) {
+  PicBuf picture(width, height, components, bits);
+  Random random(seed);
+  const double largest = bits == 8 ? 255.0 : 65535.0;
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x) {
+      for (int c = 0; c < components; ++c) {
+        double level = 0.15 + 0.6 * (x + 2.0 * y) / (width + 2.0 * height);
+        if ((x / 13 + y / 17 + c) % 3 == 0) level += 0.2;
+        level += 0.03 * std::sin(0.9 * x) * std::cos(0.7 * y);
+        const double noise = (random.Unit() + random.Unit() + random.Unit() - 1.5) * 0.08;
+        const double value = std::clamp((level + noise) * largest, 0.0, largest);
+        SetSample(picture, x, y, c, static_cast<unsigned>(value));
+      }
+    }
+  }
+  return picture;
+}
+
+PicBuf ConstantPicture(int width, int height, int components, int bits, unsigned value) {
+  PicBuf picture(width, height, components, bits);
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x) {
+      for (int c = 0; c < components; ++c) SetSample(picture, x, y, c, value);
+    }
+  }
+  return picture;
+}
+
+::testing::AssertionResult SamePicture(const SBxPicBuf& actual, const SBxPicBuf& expected) {
+  if (actual.width != expected.width || actual.height != expected.height ||
+      actual.components != expected.components || actual.bitsPerComponent != expected.bitsPerComponent) {
+    return ::testing::AssertionFailure()
+           << "geometry " << actual.width << "x" << actual.height << "x" << actual.components << "@"
+           << actual.bitsPerComponent << " against " << expected.width << "x" << expected.height << "x"
+           << expected.components << "@" << expected.bitsPerComponent;
+  }
+  if (actual.samples == nullptr || expected.samples == nullptr) {
+    return ::testing::AssertionFailure() << "a picture without samples";
+  }
+  int differing = 0;
+  int largest = 0;
+  ::testing::AssertionResult failure = ::testing::AssertionFailure();
+  for (int y = 0; y < actual.height; ++y) {
+    for (int x = 0; x < actual.width; ++x) {
+      for (int c = 0; c < actual.components; ++c) {
+        const int got = static_cast<int>(Sample(actual, x, y, c));
+        const int wanted = static_cast<int>(Sample(expected, x, y, c));
+        if (got == wanted) continue;
+        if (differing++ == 0) {
+          failure << "first difference at (" << x << ", " << y << ") component " << c << ": " << got
+                  << " instead of " << wanted;
+        }
+        largest = std::max(largest, std::abs(got - wanted));
+      }
+    }
+  }
+  if (differing == 0) return ::testing::AssertionSuccess();
+  return failure << "; " << differing << " samples differ, by " << largest << " at most";
+}
+
+}  // namespace mirellon::test
