@@ -12,7 +12,8 @@ struct FloatPlane {
   int height = 0;
   std::vector<float> samples;
 
-  // True = failed (out of memory); the plane is then empty.
+  // True = failed (a negative side or out of memory); the plane is then empty. A side of 0 is fine: the
+  // coarsest levels of a very small picture have it.
   [[nodiscard]] bool Allocate(int planeWidth, int planeHeight);
   void Release();
 
@@ -25,16 +26,25 @@ struct FloatPlane {
   [[nodiscard]] bool AtLeast5x5() const { return width >= 5 && height >= 5; }
 };
 
-// Both steps weigh a 5 x 5 window with float(w[r]) * float(w[c]), w = (0.05, 0.25, 0.4, 0.25, 0.05), and add
-// in row-major order of the window in single precision, so that the result is the same on every machine.
+// All steps weigh a 5 x 5 window with float(w[r]) * float(w[c]), w = (0.05, 0.25, 0.4, 0.25, 0.05), and add
+// in row-major order of the window in single precision, so that the result is the same on every machine. They
+// allocate nothing.
 
 // Halves a plane. The window of destination pixel (x, y) begins at (2x - 2, 2y - 2), moved inside the source.
-// A destination under 5 x 5 is left as it is.
+// A destination under 5 x 5 is left as it is, and so is every destination of a source under 5 x 5.
 void Reduce5x5(const FloatPlane& source, FloatPlane& destination);
 
 // Doubles a plane: the window of destination pixel (x, y) begins at (x - 2, y - 2), moved inside the
-// destination; only its even rows and columns count, each reading the coarse sample at half its place; the
-// sum times 4. A destination under 5 x 5 is left as it is.
+// destination; only its even rows and columns count, each reading the coarse sample at half its place (none
+// past the coarse plane's end); the sum times 4. A destination under 5 x 5 is left as it is.
 void Expand5x5(const FloatPlane& coarse, FloatPlane& destination);
+
+// detail = gauss - Expand5x5(coarse), without a plane for the expanded one. `detail` has the size of `gauss`
+// and may be the same plane. A plane under 5 x 5 is left as it is.
+void SubtractExpanded5x5(const FloatPlane& coarse, const FloatPlane& gauss, FloatPlane& detail);
+
+// gauss = Expand5x5(coarse) + factor * detail. `detail` has the size of `gauss` and may be the same plane. A
+// plane under 5 x 5 is left as it is.
+void AddExpanded5x5(const FloatPlane& coarse, const FloatPlane& detail, float factor, FloatPlane& gauss);
 
 }  // namespace mirellon::engine

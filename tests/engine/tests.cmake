@@ -1,0 +1,1 @@
+mirellon_add_test(engine/pyramid_plane LINK mirellon_engine)
