@@ -1,1 +1,2 @@
+mirellon_add_test(engine/point_artefacts LINK mirellon_engine PkgConfig::hwy)
 mirellon_add_test(engine/pyramid_plane LINK mirellon_engine)
