@@ -1,2 +1,3 @@
+mirellon_add_test(engine/noise_estimate LINK mirellon_engine)
 mirellon_add_test(engine/point_artefacts LINK mirellon_engine PkgConfig::hwy)
 mirellon_add_test(engine/pyramid_plane LINK mirellon_engine)
