@@ -1,0 +1,206 @@
+#include "engine/similarity_kernel.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cmath>
+#include <cstddef>
+#include <memory>
+#include <new>
+#include <vector>
+
+#include "engine/parallel_for.h"
+#include "engine/parameters.h"
+#include "engine/similarity_band.h"
+#include "engine/work_picture.h"
+#include "picture/pic_buf.h"
+
+namespace mirellon::engine {
+
+namespace {
+
+using base::ProgressSink;
+using picture::Row;
+using picture::SBxPicBuf;
+
+// What a thread needs for the band it works on.
+class BandStorage {
+ public:
+  // Throws std::bad_alloc.
+  BandStorage(const WorkPlanes& planes, const WeightTables& tables, int mostBlockRows) {
+    const std::size_t stride = BlockStride(planes.width / 2);
+    const auto rows = static_cast<std::size_t>(mostBlockRows);
+    weightSum_.resize(rows * stride);
+    highSum_.resize(rows * stride * 4);
+    if (planes.low != nullptr) lowSum_.resize(rows * stride * 4);
+    distances_.resize((rows + kExtraDistanceRows) * stride);
+    rowSums_.resize(kRowSumRows * stride);
+    weightRows_.resize(2 * stride);
+    band_.planes = &planes;
+    band_.tables = &tables;
+    band_.weightSum = weightSum_.data();
+    band_.highSum = highSum_.data();
+    band_.lowSum = lowSum_.data();
+    band_.distances = distances_.data();
+    band_.rowSums = rowSums_.data();
+    band_.weightRows = weightRows_.data();
+    band_.blockStride = stride;
+  }
+
+  [[nodiscard]] SimilarityBand Band(int firstBlockRow, int blockRows) const {
+    SimilarityBand band = band_;
+    band.firstBlockRow = firstBlockRow;
+    band.blockRows = blockRows;
+    return band;
+  }
+
+ private:
+  std::vector<std::uint32_t> weightSum_;
+  std::vector<std::int32_t> highSum_;
+  std::vector<std::int32_t> lowSum_;
+  std::vector<std::uint16_t> distances_;
+  std::vector<std::uint16_t> rowSums_;
+  std::vector<std::uint16_t> weightRows_;
+  SimilarityBand band_;
+};
+
+// How a plane is cut into bands: low enough that a band's accumulators stay in the cache, and as many as give
+// every thread the same number.
+struct BandPlan {
+  int blockRows;  // of the plane
+  int bands;
+
+  [[nodiscard]] int First(int band) const {
+    return static_cast<int>(static_cast<std::int64_t>(blockRows) * band / bands);
+  }
+  [[nodiscard]] int MostRows() const { return (blockRows + bands - 1) / bands; }
+};
+
+BandPlan PlanBands(const WorkPlanes& planes, std::uint32_t threads) {
+  constexpr int kCacheBytes = 384 * 1024;
+  // Per pixel column of a block row: two sums of 4 bytes and half a weight sum, twice as much at 16 bits.
+  const int bytesPerRow = planes.width * (planes.low == nullptr ? 10 : 18);
+  const int rowsInCache = std::clamp(kCacheBytes / bytesPerRow, 4, 64);
+  const int blockRows = planes.height / 2;
+  const int share = static_cast<int>(threads) * rowsInCache;
+  const int rounds = (blockRows + share - 1) / share;
+  return {blockRows, std::min(blockRows, rounds * static_cast<int>(threads))};
+}
+
+// Counts displacements over all bands and passes them on as the steps that the calling thread would have
+// taken had the threads shared the displacements.
+class KernelProgress {
+ public:
+  KernelProgress(ProgressSink* sink, int displacements, int bands, std::uint32_t threads)
+      : sink_(sink),
+        steps_((displacements + static_cast<int>(threads) - 1) / static_cast<int>(threads)),
+        units_(static_cast<std::int64_t>(displacements) * bands) {}
+
+  void CountOne(bool onCaller) {
+    const std::int64_t done = done_.fetch_add(1, std::memory_order_relaxed) + 1;
+    if (onCaller && sink_ != nullptr) AdvanceTo(done * steps_ / units_);
+  }
+  void Finish() {
+    if (sink_ != nullptr) AdvanceTo(steps_);
+  }
+
+ private:
+  void AdvanceTo(std::int64_t step) {
+    for (; shown_ < step; ++shown_) sink_->Advance(1);
+  }
+
+  ProgressSink* sink_;
+  std::int64_t steps_;
+  std::int64_t units_;
+  std::int64_t shown_ = 0;
+  std::atomic<std::int64_t> done_{0};
+};
+
+// One displacement after the other, from the top left of the window to its centre.
+void FilterBand(const EngineContext& context, const SimilarityBand& band, std::uint32_t quality,
+                KernelProgress& progress, bool onCaller) {
+  const int side = SearchWindow(quality);
+  const int count = DisplacementCount(quality);
+  InitBand(band);  // the centre, last of the displacements
+  for (int k = 0; k < count; ++k) {
+    if (k + 1 < count) AccumulateDisplacement(band, k / side - side / 2, k % side - side / 2);
+    progress.CountOne(onCaller);
+    if (context.control.Aborted()) return;
+  }
+}
+
+int RunKernel(EngineContext& context, SBxPicBuf& destination, const SBxPicBuf& source, const SBxPicBuf& guide,
+              double strength, std::uint32_t quality, double dynamicity, ProgressSink* progressWindow,
+              std::uint32_t threads) {
+  const auto tables = context.weightTables.Acquire(dynamicity, std::pow(strength, 3.5));
+  if (tables == nullptr) return 1;
+  WorkPicture work;
+  if (work.Build(source, guide, SearchWindow(quality) / 2)) return 1;
+  const std::uint32_t usedThreads = std::clamp<std::uint32_t>(threads, 1, kMostKernelThreads);
+  const BandPlan plan = PlanBands(work.planes(), usedThreads);
+  std::vector<BandStorage> storage;
+  try {
+    storage.reserve(usedThreads);
+    for (std::uint32_t t = 0; t < usedThreads; ++t)
+      storage.emplace_back(work.planes(), *tables, plan.MostRows());
+  } catch (const std::bad_alloc&) {
+    return 1;
+  }
+  KernelProgress progress(progressWindow, DisplacementCount(quality), plan.bands, usedThreads);
+  ParallelFor(usedThreads, plan.bands, [&](int index, std::uint32_t thread) {
+    if (context.control.Aborted()) return;
+    const int first = plan.First(index);
+    const SimilarityBand band = storage[thread].Band(first, plan.First(index + 1) - first);
+    FilterBand(context, band, quality, progress, thread == 0);
+    if (context.control.Aborted()) return;
+    NormaliseBand(band, Row<unsigned char>(destination, 2 * first), destination.rowStride, destination.width,
+                  destination.bitsPerComponent);
+  });
+  if (!context.control.Aborted()) progress.Finish();
+  return 0;
+}
+
+}  // namespace
+
+int SearchWindow(std::uint32_t quality) {
+  switch (quality) {
+    case kQualityLow:
+      return 7;
+    case kQualityMedium:
+      return 13;
+    default:
+      return 21;
+  }
+}
+
+int DisplacementCount(std::uint32_t quality) {
+  const int side = SearchWindow(quality);
+  return side * side / 2 + 1;
+}
+
+int DenoiseKernel8(EngineContext& context, SBxPicBuf& destination, const SBxPicBuf& source,
+                   const SBxPicBuf& guide, double strength, std::uint32_t quality, double dynamicity,
+                   ProgressSink* progressWindow) {
+  return RunKernel(context, destination, source, guide, strength, quality, dynamicity, progressWindow, 1);
+}
+
+int DenoiseKernel8Threaded(EngineContext& context, SBxPicBuf& destination, const SBxPicBuf& source,
+                           const SBxPicBuf& guide, double strength, std::uint32_t quality, double dynamicity,
+                           ProgressSink* progressWindow, std::uint32_t threads) {
+  return RunKernel(context, destination, source, guide, strength, quality, dynamicity, progressWindow,
+                   threads);
+}
+
+int DenoiseKernel16(EngineContext& context, SBxPicBuf& destination, const SBxPicBuf& source,
+                    const SBxPicBuf& guide, double strength, std::uint32_t quality, double dynamicity,
+                    ProgressSink* progressWindow) {
+  return RunKernel(context, destination, source, guide, strength, quality, dynamicity, progressWindow, 1);
+}
+
+int DenoiseKernel16Threaded(EngineContext& context, SBxPicBuf& destination, const SBxPicBuf& source,
+                            const SBxPicBuf& guide, double strength, std::uint32_t quality, double dynamicity,
+                            ProgressSink* progressWindow, std::uint32_t threads) {
+  return RunKernel(context, destination, source, guide, strength, quality, dynamicity, progressWindow,
+                   threads);
+}
+
+}  // namespace mirellon::engine

@@ -1,0 +1,82 @@
+#include "engine/weight_tables.h"
+
+#include <algorithm>
+#include <cmath>
+#include <new>
+
+namespace mirellon::engine {
+
+namespace {
+
+double Divisor(int v, double dynamicity, double variance) {
+  if (dynamicity > 0) return (v * dynamicity * 0.00390625 + 1) * variance;
+  if (dynamicity < 0) return ((255 - v) * -dynamicity * 0.00390625 + 1) * variance;
+  return variance;
+}
+
+// The weight before it is rounded down. The cube is exact in a double: 9215^3 < 2^53.
+double RawWeight(int distance, double divisor) {
+  const double s = distance;
+  return std::exp(-(s * s * s) / 300 / divisor) * kWeightOne + 0.5;
+}
+
+// The weights of one intensity up to the first zero, that one included. They never rise again: a raw weight
+// below 1 has a neighbour below 1.
+std::vector<std::uint16_t> BuildTable(double divisor) {
+  std::vector<std::uint16_t> table{static_cast<std::uint16_t>(kWeightOne)};
+  for (int distance = 1; distance < kWeightEntries; ++distance) {
+    const double raw = RawWeight(distance, divisor);
+    table.push_back(static_cast<std::uint16_t>(std::floor(raw)));
+    // Well under the rounding limit, so that no wobble in the last place of exp matters.
+    if (raw < 0.9) return table;
+  }
+  return table;
+}
+
+bool Near(double a, double b) {
+  return std::abs(a - b) < 0.001;
+}
+
+}  // namespace
+
+WeightTables::WeightTables(double dynamicity, double variance) {
+  const int distinct = dynamicity == 0 ? 1 : kIntensities;
+  // The divisor is largest, and so the table longest, at one of the two ends.
+  const auto longest = std::max(BuildTable(Divisor(0, dynamicity, variance)).size(),
+                                BuildTable(Divisor(kIntensities - 1, dynamicity, variance)).size());
+  // One zero more, so that the last entry is zero even if a table has no zero of its own.
+  storedEntries_ = static_cast<int>(std::min<std::size_t>(longest + 1, kWeightEntries));
+  tableStride_ = distinct == 1 ? 0 : static_cast<std::size_t>(storedEntries_);
+  weights_.resize(static_cast<std::size_t>(storedEntries_) * static_cast<std::size_t>(distinct));
+  for (int v = 0; v < distinct; ++v) {
+    const std::vector<std::uint16_t> table = BuildTable(Divisor(v, dynamicity, variance));
+    std::copy(
+        table.begin(), table.end(),
+        weights_.begin() + static_cast<std::ptrdiff_t>(v) * static_cast<std::ptrdiff_t>(storedEntries_));
+  }
+}
+
+std::shared_ptr<const WeightTables> WeightTableCache::Find(double dynamicity, double variance) const {
+  for (const Slot& slot : slots_) {
+    if (slot.tables != nullptr && Near(slot.dynamicity, dynamicity) && Near(slot.variance, variance)) {
+      return slot.tables;
+    }
+  }
+  return nullptr;
+}
+
+std::shared_ptr<const WeightTables> WeightTableCache::Acquire(double dynamicity, double variance) {
+  const std::scoped_lock lock(mutex_);
+  if (auto found = Find(dynamicity, variance)) return found;
+  Slot& slot = slots_[next_];
+  slot = Slot{};
+  try {
+    slot = {dynamicity, variance, std::make_shared<const WeightTables>(dynamicity, variance)};
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+  next_ = (next_ + 1) % kSlots;
+  return slot.tables;
+}
+
+}  // namespace mirellon::engine
