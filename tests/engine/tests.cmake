@@ -1,4 +1,11 @@
-mirellon_add_test(engine/similarity_kernel LINK mirellon_engine SOURCES engine/reference_kernel.cpp)
+mirellon_add_test(engine/denoise_image LINK mirellon_engine
+                  SOURCES engine/reference_kernel.cpp engine/reference_pipeline.cpp)
+mirellon_add_test(engine/denoise_plane LINK mirellon_engine)
+mirellon_add_test(engine/mirror_border LINK mirellon_engine)
 mirellon_add_test(engine/noise_estimate LINK mirellon_engine)
+mirellon_add_test(engine/parallel_for LINK mirellon_engine)
 mirellon_add_test(engine/point_artefacts LINK mirellon_engine PkgConfig::hwy)
 mirellon_add_test(engine/pyramid_plane LINK mirellon_engine)
+mirellon_add_test(engine/similarity_kernel LINK mirellon_engine SOURCES engine/reference_kernel.cpp)
+mirellon_add_test(engine/weight_tables LINK mirellon_engine SOURCES engine/reference_kernel.cpp)
+mirellon_add_test(engine/whole_picture LINK mirellon_engine)
