@@ -1,6 +1,7 @@
 mirellon_add_test(engine/denoise_image LINK mirellon_engine
                   SOURCES engine/reference_kernel.cpp engine/reference_pipeline.cpp)
 mirellon_add_test(engine/denoise_plane LINK mirellon_engine)
+mirellon_add_test(engine/detail_pyramid LINK mirellon_engine)
 mirellon_add_test(engine/mirror_border LINK mirellon_engine)
 mirellon_add_test(engine/noise_estimate LINK mirellon_engine)
 mirellon_add_test(engine/parallel_for LINK mirellon_engine)
