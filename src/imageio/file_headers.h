@@ -1,0 +1,28 @@
+// What must be known of a file's own structure before the decoding library sees it.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace mirellon::imageio {
+
+struct HeaderSize {
+  std::uint32_t width;
+  std::uint32_t height;
+};
+
+// The larger of a GIF's screen and its first frame, side by side; nothing when the head is no GIF's. The
+// library cannot read a GIF's size without its pixels.
+[[nodiscard]] std::optional<HeaderSize> ReadGifSize(std::string_view head);
+
+// How many bytes a BMP file of plain pixels must have, by its header; nothing when it cannot be told
+// (compressed, or no BMP). The library takes a shorter one without a word.
+[[nodiscard]] std::optional<std::uint64_t> NeededBmpSize(std::string_view head);
+
+// A JPEG file's content without its application and comment segments (EXIF, XMP, ICC, thumbnails ...), except
+// the two that tell how to decode it. The library's parser of the others does not survive damaged ones.
+[[nodiscard]] std::string WithoutJpegMetadata(std::string_view file);
+
+}  // namespace mirellon::imageio
