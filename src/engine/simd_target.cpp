@@ -1,5 +1,6 @@
 #include "engine/simd_target.h"
 
+#include <algorithm>
 #include <cctype>
 #include <cstdint>
 #include <cstdlib>
@@ -36,12 +37,12 @@ std::string SupportedSimdTargets() {
 }
 
 bool ForceSimdTarget(std::string_view name) {
-  for (const std::int64_t target : CompiledBandTargets()) {
-    if (NameOf(target) != name) continue;
-    hwy::SetSupportedTargetsForTest(target);
-    return false;
-  }
-  return true;
+  const auto& targets = CompiledBandTargets();
+  const auto found = std::find_if(targets.begin(), targets.end(),
+                                  [name](std::int64_t target) { return NameOf(target) == name; });
+  if (found == targets.end()) return true;
+  hwy::SetSupportedTargetsForTest(*found);
+  return false;
 }
 
 bool ForceSimdTargetFromEnvironment() {

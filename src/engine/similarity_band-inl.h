@@ -329,9 +329,10 @@ inline void Distances(const SimilarityBand& band, const Reach& reach, int dy, in
   const std::size_t stride = band.blockStride;
   std::uint16_t* blockSums = band.rowSums + 3 * stride;
   const std::ptrdiff_t partner = dy * planes.stride + dx;
-  const int firstSumRow = reach.firstRow - 1;
-  for (int row = firstSumRow; row <= reach.lastRow + 1; ++row) {
-    const std::uint8_t* start = planes.high + 2 * row * planes.stride + 2 * (reach.firstColumn - 1);
+  const std::ptrdiff_t firstSumRow = reach.firstRow - 1;
+  const std::ptrdiff_t firstSumColumn = reach.firstColumn - 1;
+  for (std::ptrdiff_t row = firstSumRow; row <= reach.lastRow + 1; ++row) {
+    const std::uint8_t* start = planes.high + 2 * row * planes.stride + 2 * firstSumColumn;
     BlockSums(start, start + partner, planes.stride, blockSums, reach.columns + 2);
     const auto slot = static_cast<std::size_t>((row - firstSumRow) % 3);
     TripleSums(blockSums, band.rowSums + slot * stride, reach.columns);

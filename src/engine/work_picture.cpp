@@ -30,8 +30,8 @@ Layout LayoutOf(int width, int height, int border) {
   const int workHeight = height + 2 * border;
   const std::ptrdiff_t wanted = kFrameColumnsLeft + workWidth + kFrameColumnsRight;
   const std::ptrdiff_t stride = (wanted + kAlign - 1) / kAlign * kAlign;
-  const auto rows = static_cast<std::size_t>(workHeight) + 2 * kFrameRows;
-  return {workWidth, workHeight, stride, rows * static_cast<std::size_t>(stride),
+  const std::ptrdiff_t rows = workHeight + 2 * std::ptrdiff_t{kFrameRows};
+  return {workWidth, workHeight, stride, static_cast<std::size_t>(rows * stride),
           kFrameRows * stride + kFrameColumnsLeft};
 }
 
