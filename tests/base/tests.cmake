@@ -1,0 +1,1 @@
+mirellon_add_test(base/text LINK mirellon_base)
