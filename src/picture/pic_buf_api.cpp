@@ -218,7 +218,10 @@ void CBxPicBufAPI::CopyRect(SBxPicBuf& destination, SBxPicBuf& source, const CBx
   if (extent.width == 0) return;
   const std::size_t pixelBytes =
       static_cast<std::size_t>(source.components) * static_cast<std::size_t>(source.bitsPerComponent / 8);
-  for (int y = 0; y < extent.height; ++y) {
+  // Downwards within one picture the last row goes first, before it is overwritten.
+  const bool lastFirst = destination.samples == source.samples && to.y > from.y;
+  for (int i = 0; i < extent.height; ++i) {
+    const int y = lastFirst ? extent.height - 1 - i : i;
     std::memmove(Row<unsigned char>(destination, to.y + y) + static_cast<std::size_t>(to.x) * pixelBytes,
                  Row<unsigned char>(source, from.y + y) + static_cast<std::size_t>(from.x) * pixelBytes,
                  static_cast<std::size_t>(extent.width) * pixelBytes);

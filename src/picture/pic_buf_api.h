@@ -63,7 +63,7 @@ class CBxPicBufAPI {
   static void Copy(SBxPicBuf& destination, const SBxPicBuf& source);
 
   // Copies a rectangle between two existing pictures of equal components and bits. The rectangle is clipped
-  // to both pictures; pictures of unequal kind are left alone.
+  // to both pictures; pictures of unequal kind are left alone. Both may be the same picture.
   static void CopyRect(SBxPicBuf& destination, SBxPicBuf& source, const CBxPoint<int>& destinationOrigin,
                        const CBxPoint<int>& sourceOrigin, const CBxSize<int>& size);
 

@@ -1,0 +1,2 @@
+mirellon_add_test(picture/colour_convert LINK mirellon_picture)
+mirellon_add_test(picture/pic_buf_api LINK mirellon_picture)
