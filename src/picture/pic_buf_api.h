@@ -84,8 +84,11 @@ class CBxPicBufAPI {
   // Every sample of the rectangle (clipped to the picture) becomes `value`.
   static void SetConst(SBxPicBuf& picture, const CBxRect<int>& rectangle, unsigned char value);
 
-  // Resample source into destination through the mapping: pictures of one kind (8 or 16 bits, equal
-  // components). A destination pixel whose position falls outside the source keeps its value.
+  // Resample source into destination through the mapping: two pictures of one kind (8 or 16 bits, 1 or 3
+  // components; others are left alone). A destination pixel whose centre falls outside the source keeps its
+  // value. Nearest pixel, bilinear, and bicubic after Catmull and Rom (a = -0.5); the latter two work in
+  // single precision, across and then down, repeat the outermost pixels past the edges, round to the nearest
+  // and clamp.
   static void TransformConstantFast(SBxPicBuf& destination, const SBxPicBuf& source, const CBxPicMap& map);
   static void TransformBilinearFast(SBxPicBuf& destination, const SBxPicBuf& source, const CBxPicMap& map);
   static void TransformBicubicFast(SBxPicBuf& destination, const SBxPicBuf& source, const CBxPicMap& map);

@@ -1,2 +1,4 @@
 mirellon_add_test(picture/colour_convert LINK mirellon_picture)
 mirellon_add_test(picture/pic_buf_api LINK mirellon_picture)
+mirellon_add_test(picture/pic_map LINK mirellon_picture)
+mirellon_add_test(picture/transform LINK mirellon_picture)
