@@ -141,6 +141,17 @@ TEST_P(Transform, EqualsKernelSumsAndBothWaysAgree) {
   }
 }
 
+TEST_P(Transform, EdgeBelongsToTheFirstPixelOnly) {
+  // Positions fall on whole numbers: 0 is inside, the width and the height are not.
+  const PicBuf source = test::RandomPicture(12, 12, components(), bits(), 12);
+  for (const CBxPicMap& map : {CBxPicMap(4.5, 3.5, 0, 0, 1, 0), CBxPicMap(9.5, 8.5, 12, 12, 1, 0)}) {
+    const PicBuf before = test::RandomPicture(14, 14, components(), bits(), 13);
+    PicBuf drawn = CopyOf(before);
+    mode().transform(drawn, source, map);
+    ExpectPlain(drawn, before, source, mode(), map);
+  }
+}
+
 TEST_P(Transform, BearsAnyMapping) {
   const double infinity = std::numeric_limits<double>::infinity();
   const double values[] = {0.0, 3.5, -1e9, 1e18, 1e300, -1e300, infinity, -infinity, std::nan("")};
