@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include "engine/plain_pyramid.h"
 #include "support/test_pictures.h"
 
 namespace mirellon::engine {
@@ -17,55 +18,10 @@ using picture::CBxPicBufAPI;
 using picture::PicBuf;
 using picture::SBxPicBuf;
 
-// ---- The plain pyramid: one plane a step, nothing in place, nothing shared with the code under test ----
+// ---- The plain pyramid: one plane a step, nothing in place ----
 
-struct Plain {
-  int width = 0;
-  int height = 0;
-  std::vector<float> values;
-
-  Plain(int w, int h) : width(w), height(h), values(static_cast<std::size_t>(w) * h, 0.0F) {}
-  float& At(int x, int y) { return values[static_cast<std::size_t>(y) * width + x]; }
-  float At(int x, int y) const { return values[static_cast<std::size_t>(y) * width + x]; }
-  bool Large() const { return width >= 5 && height >= 5; }
-};
-
-constexpr float kW[5] = {0.05F, 0.25F, 0.4F, 0.25F, 0.05F};
-
-int MovedInside(int start, int length) {
-  return start + 5 > length ? length - 5 : start;
-}
-
-void PlainReduce(const Plain& source, Plain& out) {
-  if (!out.Large()) return;
-  for (int y = 0; y < out.height; ++y) {
-    for (int x = 0; x < out.width; ++x) {
-      const int sx = MovedInside(x < 2 ? 0 : 2 * x - 2, source.width);
-      const int sy = MovedInside(y < 2 ? 0 : 2 * y - 2, source.height);
-      float sum = 0.0F;
-      for (int r = 0; r < 5; ++r) {
-        for (int c = 0; c < 5; ++c) sum += kW[r] * kW[c] * source.At(sx + c, sy + r);
-      }
-      out.At(x, y) = sum;
-    }
-  }
-}
-
-void PlainExpand(const Plain& coarse, Plain& out) {
-  if (!out.Large()) return;
-  for (int y = 0; y < out.height; ++y) {
-    for (int x = 0; x < out.width; ++x) {
-      const int oy = MovedInside(y > 2 ? y - 2 : 0, out.height);
-      const int ox = MovedInside(x > 2 ? x - 2 : 0, out.width);
-      float sum = 0.0F;
-      for (int r = oy + oy % 2; r < std::min(2 * coarse.height, oy + 5); r += 2) {
-        for (int q = ox + ox % 2; q < std::min(2 * coarse.width, ox + 5); q += 2) {
-          sum += coarse.At(q / 2, r / 2) * (kW[r - oy] * kW[q - ox]);
-        }
-      }
-      out.At(x, y) = sum * 4.0F;
-    }
-  }
+bool Large(const FloatPlane& plane) {
+  return plane.width >= 5 && plane.height >= 5;
 }
 
 unsigned PlainSample(float value, int bits) {
@@ -89,39 +45,42 @@ int PlainLevels(int width, int height) {
   return std::min(levels, 8);
 }
 
+// One component, rebuilt.
+FloatPlane PlainRebuilt(const SBxPicBuf& source, int component, const std::vector<double>& sharp) {
+  const int levels = PlainLevels(source.width, source.height);
+  std::vector<FloatPlane> gauss(static_cast<std::size_t>(levels) + 1);
+  for (int i = 0; i <= levels; ++i) EXPECT_FALSE(gauss[i].Allocate(source.width >> i, source.height >> i));
+  std::vector<FloatPlane> detail = gauss;
+  for (int y = 0; y < source.height; ++y) {
+    for (int x = 0; x < source.width; ++x) {
+      gauss[0].Row(y)[x] = static_cast<float>(test::Sample(source, x, y, component));
+    }
+  }
+  for (int i = 0; i < levels; ++i) {
+    test::PlainReduce(gauss[i], gauss[i + 1]);
+    test::PlainExpand(gauss[i + 1], detail[i]);
+    for (std::size_t k = 0; Large(gauss[i]) && k < gauss[i].samples.size(); ++k) {
+      detail[i].samples[k] = gauss[i].samples[k] - detail[i].samples[k];
+    }
+  }
+  for (int i = levels - 1; i >= 0; --i) {
+    test::PlainExpand(gauss[i + 1], gauss[i]);
+    for (std::size_t k = 0; Large(gauss[i]) && k < gauss[i].samples.size(); ++k) {
+      const float scaled = static_cast<float>(sharp[i]) * detail[i].samples[k];
+      gauss[i].samples[k] = gauss[i].samples[k] + scaled;
+    }
+  }
+  return gauss[0];
+}
+
 PicBuf PlainSharpened(const SBxPicBuf& source, const std::vector<double>& sharp) {
   PicBuf result;
   CBxPicBufAPI::Copy(result, source);
-  const int levels = PlainLevels(source.width, source.height);
   for (int c = 0; c < source.components; ++c) {
-    std::vector<Plain> gauss;
-    for (int i = 0; i <= levels; ++i) gauss.emplace_back(source.width >> i, source.height >> i);
-    std::vector<Plain> detail = gauss;
+    const FloatPlane rebuilt = PlainRebuilt(source, c, sharp);
     for (int y = 0; y < source.height; ++y) {
       for (int x = 0; x < source.width; ++x) {
-        gauss[0].At(x, y) = static_cast<float>(test::Sample(source, x, y, c));
-      }
-    }
-    for (int i = 0; i < levels; ++i) {
-      PlainReduce(gauss[i], gauss[i + 1]);
-      PlainExpand(gauss[i + 1], detail[i]);
-      if (!gauss[i].Large()) continue;
-      for (std::size_t k = 0; k < gauss[i].values.size(); ++k) {
-        detail[i].values[k] = gauss[i].values[k] - detail[i].values[k];
-      }
-    }
-    for (int i = levels - 1; i >= 0; --i) {
-      PlainExpand(gauss[i + 1], gauss[i]);
-      const auto factor = static_cast<float>(sharp[i]);
-      if (!gauss[i].Large()) continue;
-      for (std::size_t k = 0; k < gauss[i].values.size(); ++k) {
-        const float scaled = factor * detail[i].values[k];
-        gauss[i].values[k] = gauss[i].values[k] + scaled;
-      }
-    }
-    for (int y = 0; y < source.height; ++y) {
-      for (int x = 0; x < source.width; ++x) {
-        test::SetSample(result, x, y, c, PlainSample(gauss[0].At(x, y), source.bitsPerComponent));
+        test::SetSample(result, x, y, c, PlainSample(rebuilt.Row(y)[x], source.bitsPerComponent));
       }
     }
   }

