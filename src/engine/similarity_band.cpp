@@ -12,29 +12,28 @@
 namespace mirellon::engine {
 
 HWY_EXPORT(InitBandImpl);
-HWY_EXPORT(AccumulateDisplacementImpl);
+HWY_EXPORT(AccumulateDisplacementsImpl);
 HWY_EXPORT(NormaliseBandImpl);
 HWY_EXPORT(TargetImpl);
 
 std::size_t BlockStride(int blocks) {
-  // Two block columns more on either side for the neighbourhoods of displaced places, then whole vectors of
-  // the widest target (32 blocks).
-  constexpr std::size_t kVectorBlocks = 32;
+  // Up to ten block columns more than the picture's for the displaced places, two for neighbourhoods, and
+  // whole steps of the widest target (64 blocks).
+  constexpr std::size_t kStepBlocks = 64;
   const std::size_t wanted = static_cast<std::size_t>(blocks) + 16;
-  return (wanted / kVectorBlocks + 2) * kVectorBlocks;
+  return (wanted / kStepBlocks + 2) * kStepBlocks;
 }
 
 void InitBand(const SimilarityBand& band) {
   HWY_DYNAMIC_DISPATCH(InitBandImpl)(band);
 }
 
-void AccumulateDisplacement(const SimilarityBand& band, int dy, int dx) {
-  HWY_DYNAMIC_DISPATCH(AccumulateDisplacementImpl)(band, dy, dx);
+void AccumulateDisplacements(const SimilarityBand& band, const DisplacementRow& displacements) {
+  HWY_DYNAMIC_DISPATCH(AccumulateDisplacementsImpl)(band, displacements);
 }
 
-void NormaliseBand(const SimilarityBand& band, unsigned char* rows, std::ptrdiff_t rowStride, int width,
-                   int bits) {
-  HWY_DYNAMIC_DISPATCH(NormaliseBandImpl)(band, rows, rowStride, width, bits);
+void NormaliseBand(const SimilarityBand& band, unsigned char* rows, std::ptrdiff_t rowStride, int bits) {
+  HWY_DYNAMIC_DISPATCH(NormaliseBandImpl)(band, rows, rowStride, bits);
 }
 
 std::int64_t ActiveBandTarget() {

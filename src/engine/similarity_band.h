@@ -27,44 +27,56 @@ struct WorkPlanes {
 // to the right what a whole vector may read too much.
 inline constexpr int kFrameRows = 12;
 inline constexpr int kFrameColumnsLeft = 64;
-inline constexpr int kFrameColumnsRight = 192;
+inline constexpr int kFrameColumnsRight = 256;
+
+// The displacements (dy, dx) of one dy, dx from firstDx to lastDx, lying above the centre or to the left of
+// it, in a search window that reaches `halfWindow` far. Each counts in both directions.
+struct DisplacementRow {
+  int dy = 0;  // at most 0
+  int firstDx = 0;
+  int lastDx = 0;
+  int halfWindow = 0;
+};
+
+inline constexpr int kMostDisplacementsPerRow = 21;
+// Displacements are taken two at a time; an odd one has an empty partner.
+inline constexpr int kMostPairs = kMostDisplacementsPerRow / 2 + 1;
 
 // One band of 2 x 2 blocks with its accumulators. Everything but `planes` and `tables` belongs to one thread.
+// All rows of storage have room for blockStride blocks, or twice as many pixels; see BlockStride.
 struct SimilarityBand {
   const WorkPlanes* planes = nullptr;
   const WeightTables* tables = nullptr;
   int firstBlockRow = 0;
   int blockRows = 0;
+  std::size_t blockStride = 0;
 
-  // Accumulators, in an order of the loops' own (InitBand and NormaliseBand know it): per block the sum of
-  // weights, per pixel the weighted sum of high and, at 16 bits, of low bytes. 441 weights of at most 10000
-  // times 255 fit 31 bits.
-  std::uint32_t* weightSum = nullptr;  // blockRows x blockStride
-  std::int32_t* highSum = nullptr;     // 2 blockRows x 2 blockStride
-  std::int32_t* lowSum = nullptr;      // the same, or null
-  // Scratch: the distances (or weights) of one displacement, its half-size row sums, and two rows of weights.
-  std::uint16_t* distances = nullptr;   // (blockRows + kExtraDistanceRows) x blockStride
-  std::uint16_t* rowSums = nullptr;     // kRowSumRows x blockStride
-  std::uint16_t* weightRows = nullptr;  // 2 x blockStride
-  std::size_t blockStride = 0;          // blocks, with room for whole vectors
+  // Accumulators: per block the sum of weights, per pixel the weighted sum of high and, at 16 bits, of low
+  // bytes. 441 weights of at most 10000 times 255 fit 31 bits.
+  std::int32_t* weightSum = nullptr;  // blockRows rows of blocks
+  std::int32_t* highSum = nullptr;    // 2 blockRows rows of pixels
+  std::int32_t* lowSum = nullptr;     // the same, or null
+
+  // Scratch.
+  std::uint16_t* blockSums = nullptr;   // 1 row of blocks: differences summed over each
+  std::uint16_t* tripleSums = nullptr;  // 3 rows of blocks for each of kMostDisplacementsPerRow displacements
+  std::uint16_t* distances = nullptr;  // 3 rows of blocks: those of two displacements, and a row of "too far"
+  std::uint32_t* weights = nullptr;    // 2 kMostPairs rows of blocks: a weight, and that of the next dx << 16
+  std::uint32_t* samplePairs = nullptr;  // 2 rows of pixels: sample and neighbour << 16
 };
 
-// A displacement of up to 10 rows reads distances up to 5 block rows further down, one more for odd places.
-inline constexpr int kExtraDistanceRows = 6;
-inline constexpr int kRowSumRows = 4;  // three in use and one raw row
-
-// A block stride that leaves every loop room for `blocks` blocks.
+// A row's length in blocks that leaves every loop room around `blocks` blocks.
 [[nodiscard]] std::size_t BlockStride(int blocks);
 
-// Sets the accumulators to the contribution of displacement (0, 0): one weight of 10000.
+// Sets the accumulators to the contribution of displacement (0, 0), one weight of 10000, and prepares the
+// scratch.
 void InitBand(const SimilarityBand& band);
-// Adds both directions of displacement (dy, dx): the weight at p for the partner at p + d, the weight at p -
-// d for the one there. (dy, dx) lies above the centre or to the left of it.
-void AccumulateDisplacement(const SimilarityBand& band, int dy, int dx);
-// Divides: row r of the band's 2 blockRows pixel rows goes to `rows` + r * rowStride bytes, `width` samples
-// of `bits` (8 or 16), each trunc(value / weight + 0.5) held to the depth.
-void NormaliseBand(const SimilarityBand& band, unsigned char* rows, std::ptrdiff_t rowStride, int width,
-                   int bits);
+// Adds both directions of each displacement: the weight at p for the partner at p + d, the weight at p - d
+// for the one there.
+void AccumulateDisplacements(const SimilarityBand& band, const DisplacementRow& displacements);
+// Divides: row r of the band's 2 blockRows pixel rows goes to `rows` + r * rowStride bytes, the picture's
+// width in samples of `bits` (8 or 16), each trunc(value / weight + 0.5).
+void NormaliseBand(const SimilarityBand& band, unsigned char* rows, std::ptrdiff_t rowStride, int bits);
 
 // Highway targets: the one in use, and those compiled in that this machine runs, best first.
 [[nodiscard]] std::int64_t ActiveBandTarget();

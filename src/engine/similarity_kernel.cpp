@@ -32,18 +32,22 @@ class BandStorage {
     weightSum_.resize(rows * stride);
     highSum_.resize(rows * stride * 4);
     if (planes.low != nullptr) lowSum_.resize(rows * stride * 4);
-    distances_.resize((rows + kExtraDistanceRows) * stride);
-    rowSums_.resize(kRowSumRows * stride);
-    weightRows_.resize(2 * stride);
+    blockSums_.resize(stride);
+    tripleSums_.resize(3 * kMostDisplacementsPerRow * stride);
+    distances_.resize(3 * stride);
+    weights_.resize(2 * kMostPairs * stride);
+    samplePairs_.resize(4 * stride);
     band_.planes = &planes;
     band_.tables = &tables;
+    band_.blockStride = stride;
     band_.weightSum = weightSum_.data();
     band_.highSum = highSum_.data();
     band_.lowSum = lowSum_.data();
+    band_.blockSums = blockSums_.data();
+    band_.tripleSums = tripleSums_.data();
     band_.distances = distances_.data();
-    band_.rowSums = rowSums_.data();
-    band_.weightRows = weightRows_.data();
-    band_.blockStride = stride;
+    band_.weights = weights_.data();
+    band_.samplePairs = samplePairs_.data();
   }
 
   [[nodiscard]] SimilarityBand Band(int firstBlockRow, int blockRows) const {
@@ -54,12 +58,14 @@ class BandStorage {
   }
 
  private:
-  std::vector<std::uint32_t> weightSum_;
+  std::vector<std::int32_t> weightSum_;
   std::vector<std::int32_t> highSum_;
   std::vector<std::int32_t> lowSum_;
+  std::vector<std::uint16_t> blockSums_;
+  std::vector<std::uint16_t> tripleSums_;
   std::vector<std::uint16_t> distances_;
-  std::vector<std::uint16_t> rowSums_;
-  std::vector<std::uint16_t> weightRows_;
+  std::vector<std::uint32_t> weights_;
+  std::vector<std::uint32_t> samplePairs_;
   SimilarityBand band_;
 };
 
@@ -95,8 +101,8 @@ class KernelProgress {
         steps_((displacements + static_cast<int>(threads) - 1) / static_cast<int>(threads)),
         units_(static_cast<std::int64_t>(displacements) * bands) {}
 
-  void CountOne(bool onCaller) {
-    const std::int64_t done = done_.fetch_add(1, std::memory_order_relaxed) + 1;
+  void Count(int displacements, bool onCaller) {
+    const std::int64_t done = done_.fetch_add(displacements, std::memory_order_relaxed) + displacements;
     if (onCaller && sink_ != nullptr) AdvanceTo(done * steps_ / units_);
   }
   void Finish() {
@@ -115,15 +121,15 @@ class KernelProgress {
   std::atomic<std::int64_t> done_{0};
 };
 
-// One displacement after the other, from the top left of the window to its centre.
+// Row after row of the window's upper half, and the left half of its middle row.
 void FilterBand(const EngineContext& context, const SimilarityBand& band, std::uint32_t quality,
                 KernelProgress& progress, bool onCaller) {
-  const int side = SearchWindow(quality);
-  const int count = DisplacementCount(quality);
-  InitBand(band);  // the centre, last of the displacements
-  for (int k = 0; k < count; ++k) {
-    if (k + 1 < count) AccumulateDisplacement(band, k / side - side / 2, k % side - side / 2);
-    progress.CountOne(onCaller);
+  const int half = SearchWindow(quality) / 2;
+  InitBand(band);  // the centre, which counts as one of the middle row's
+  for (int dy = -half; dy <= 0; ++dy) {
+    const DisplacementRow row{dy, -half, dy < 0 ? half : -1, half};
+    AccumulateDisplacements(band, row);
+    progress.Count(dy < 0 ? 2 * half + 1 : half + 1, onCaller);
     if (context.control.Aborted()) return;
   }
 }
@@ -152,7 +158,7 @@ int RunKernel(EngineContext& context, SBxPicBuf& destination, const SBxPicBuf& s
     const SimilarityBand band = storage[thread].Band(first, plan.First(index + 1) - first);
     FilterBand(context, band, quality, progress, thread == 0);
     if (context.control.Aborted()) return;
-    NormaliseBand(band, Row<unsigned char>(destination, 2 * first), destination.rowStride, destination.width,
+    NormaliseBand(band, Row<unsigned char>(destination, 2 * first), destination.rowStride,
                   destination.bitsPerComponent);
   });
   if (!context.control.Aborted()) progress.Finish();

@@ -44,8 +44,8 @@ WeightTables::WeightTables(double dynamicity, double variance) {
   // The divisor is largest, and so the table longest, at one of the two ends.
   const auto longest = std::max(BuildTable(Divisor(0, dynamicity, variance)).size(),
                                 BuildTable(Divisor(kIntensities - 1, dynamicity, variance)).size());
-  // One zero more, so that the last entry is zero even if a table has no zero of its own.
-  storedEntries_ = static_cast<int>(std::min<std::size_t>(longest + 1, kWeightEntries));
+  // One zero more, so that the last entry is zero even if the longest table has no zero of its own.
+  storedEntries_ = static_cast<int>(longest) + 1;
   tableStride_ = distinct == 1 ? 0 : static_cast<std::size_t>(storedEntries_);
   weights_.resize(static_cast<std::size_t>(storedEntries_) * static_cast<std::size_t>(distinct));
   for (int v = 0; v < distinct; ++v) {

@@ -29,7 +29,8 @@ class WeightTables {
     return distance < storedEntries_ ? Table(v)[distance] : 0;
   }
 
-  // Entries kept of each table, the last one zero: reading at min(distance, storedEntries() - 1) is exact.
+  // Entries kept of each table, at most one more than there are distances; the last is zero: reading at
+  // min(distance, storedEntries() - 1) is exact.
   [[nodiscard]] int storedEntries() const { return storedEntries_; }
   // The storedEntries() weights of intensity v; consecutive intensities lie tableStride() entries apart, 0
   // when all share one table.
