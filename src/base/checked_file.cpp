@@ -112,7 +112,10 @@ bool CheckedFile::Open(const std::filesystem::path& target, const std::string& w
   if (const auto absolute = std::filesystem::absolute(target_, error); !error) target_ = absolute;
   if (MakePrivateFolder()) return true;
   file_ = FileDescriptor(open(workPath().c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
-  return file_.valid() ? false : Fail(errno);
+  struct stat fresh {};
+  if (!file_.valid() || fstat(file_.get(), &fresh) != 0) return Fail(errno);
+  newMode_ = fresh.st_mode & kPermissionBits;
+  return false;
 }
 
 bool CheckedFile::Flush() {
@@ -175,22 +178,24 @@ bool CheckedFile::Close() {
   return error == 0 ? false : Fail(error);
 }
 
-bool CheckedFile::TakeOverPermissions(const FileDescriptor& file) {
+bool CheckedFile::SetPermissions(const FileDescriptor& file) {
   struct stat old {};
-  if (stat(target_.c_str(), &old) != 0) return IsMissing(errno) ? false : Fail(errno);
+  const bool exists = stat(target_.c_str(), &old) == 0;
+  if (!exists && !IsMissing(errno)) return Fail(errno);
   struct stat fresh {};
   if (fstat(file.get(), &fresh) != 0) return Fail(errno);
-  if (fresh.st_uid != old.st_uid || fresh.st_gid != old.st_gid) {
+  if (exists && (fresh.st_uid != old.st_uid || fresh.st_gid != old.st_gid)) {
     // Only the super-user may give files away; for everybody else the content is what counts.
     [[maybe_unused]] const int ignored = fchown(file.get(), old.st_uid, old.st_gid);
   }
-  return fchmod(file.get(), old.st_mode & kPermissionBits) == 0 ? false : Fail(errno);
+  const mode_t mode = exists ? old.st_mode & kPermissionBits : newMode_;
+  return fchmod(file.get(), mode) == 0 ? false : Fail(errno);
 }
 
 bool CheckedFile::SyncWork() {
   FileDescriptor file(open(workPath().c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
   if (!file.valid()) return Fail(errno);
-  if (TakeOverPermissions(file)) return true;
+  if (SetPermissions(file)) return true;
   if (fsync(file.get()) != 0) return Fail(errno);
   const int error = file.Close();
   return error == 0 ? false : Fail(error);

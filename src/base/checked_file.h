@@ -61,7 +61,7 @@ class CheckedFile {
   bool Fail(int error);
   bool Flush();
   bool MakePrivateFolder();
-  bool TakeOverPermissions(const FileDescriptor& file);
+  bool SetPermissions(const FileDescriptor& file);
   bool SyncWork();
   bool SyncParent();
 
@@ -70,6 +70,7 @@ class CheckedFile {
   std::string workName_;
   const RunControl* control_ = nullptr;
   FileDescriptor file_;
+  unsigned newMode_ = 0;  // permissions of a file that was not there before
   int error_ = 0;
   std::vector<unsigned char> buffer_;  // not yet handed to the system
   std::uint64_t bufferStart_ = 0;      // its place in the file

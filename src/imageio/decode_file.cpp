@@ -64,17 +64,21 @@ class Source {
   bool FindFormat(const std::filesystem::path& file, LoadReport& report);
   // Null when the library gives up; `extraFlags` are added to the format's own.
   Bitmap Load(int extraFlags);
-  // True = too large by its header, in a format whose size the library cannot tell.
+  // True = too large by its header, in a format whose size the library cannot tell, or not cheaply.
   bool RefuseBySize(LoadReport& report);
-  // A file that ends before its pixels do, in a format whose decoder does not say so.
-  [[nodiscard]] bool EndsTooEarly();
+  // Inverts 16-bit grey that counts from white to black; the library tells of 8-bit grey only.
+  void TurnRound(FIBITMAP* bitmap);
+  // Whether the file ends before its pixels do, in a format whose decoder does not say so.
+  enum class Extent { kWhole, kShort, kHardlyAny };
+  [[nodiscard]] Extent FindExtent();
 
   [[nodiscard]] bool HasReadError() const { return std::ferror(stream_.get()) != 0; }
   [[nodiscard]] FREE_IMAGE_FORMAT format() const { return format_; }
 
  private:
   bool OpenJpeg(LoadReport& report);
-  std::string ReadHead();
+  // Fewer bytes at the file's end.
+  std::string ReadAt(std::uint64_t offset, std::size_t size);
 
   Stream stream_;
   std::uint64_t size_ = 0;
@@ -151,23 +155,38 @@ Bitmap Source::Load(int extraFlags) {
   return Bitmap(FreeImage_LoadFromHandle(format_, &hooks_, stream_.get(), flags));
 }
 
-std::string Source::ReadHead() {
-  std::string head(kHeadSize, '\0');
-  std::rewind(stream_.get());
-  head.resize(std::fread(head.data(), 1, head.size(), stream_.get()));
-  return head;
+std::string Source::ReadAt(std::uint64_t offset, std::size_t size) {
+  std::string bytes(size, '\0');
+  const bool sought = offset <= size_ && std::fseek(stream_.get(), static_cast<long>(offset), SEEK_SET) == 0;
+  bytes.resize(sought ? std::fread(bytes.data(), 1, size, stream_.get()) : 0);
+  return bytes;
 }
 
 bool Source::RefuseBySize(LoadReport& report) {
-  if (format_ != FIF_GIF) return false;
-  const auto size = ReadGifSize(ReadHead());
-  if (!size) return false;
-  std::string refusal = SizeRefusal(size->width, size->height, 8);
+  std::string refusal;
+  if (format_ == FIF_GIF) {
+    const auto size = ReadGifSize(ReadAt(0, kHeadSize));
+    if (size) refusal = SizeRefusal(size->width, size->height, 8);
+  } else if (format_ == FIF_JPEG) {
+    const auto frame = ReadJpegFrame(jpeg_);
+    if (frame) refusal = SizeRefusal(frame->size.width, frame->size.height, frame->components * 8);
+  }
   return !refusal.empty() && Refuse(report, LoadStatus::kTooLarge, std::move(refusal));
 }
 
-bool Source::EndsTooEarly() {
-  return format_ == FIF_BMP && NeededBmpSize(ReadHead()).value_or(0) > size_;
+void Source::TurnRound(FIBITMAP* bitmap) {
+  if (format_ != FIF_TIFF || FreeImage_GetImageType(bitmap) != FIT_UINT16) return;
+  const auto read = [this](std::uint64_t offset, std::size_t size) { return ReadAt(offset, size); };
+  if (FreeImage_GetColorType(bitmap) != FIC_MINISWHITE && IsMinIsWhiteTiff(read)) FreeImage_Invert(bitmap);
+}
+
+Source::Extent Source::FindExtent() {
+  if (format_ != FIF_BMP) return Extent::kWhole;
+  constexpr std::uint64_t kLeastShare =
+      10;  // a tenth of a photograph is worth showing, less is a forged header
+  const std::uint64_t needed = NeededBmpSize(ReadAt(0, kHeadSize)).value_or(0);
+  if (needed / kLeastShare > size_) return Extent::kHardlyAny;
+  return needed > size_ ? Extent::kShort : Extent::kWhole;
 }
 
 // The library gave no bitmap: finds out why.
@@ -184,19 +203,24 @@ bool ReportFailure(const Source& source, const LibraryMessages& messages, LoadRe
 // Judges the picture by its header alone. True = refused, and reported.
 bool RefuseByHeader(Source& source, LoadReport& report) {
   if (source.RefuseBySize(report)) return true;
-  if (FreeImage_FIFSupportsNoPixels(source.format()) == FALSE) return false;
+  const bool asked = source.format() != FIF_JPEG && FreeImage_FIFSupportsNoPixels(source.format()) != FALSE;
+  if (!asked) return false;
   const LibraryMessages messages;
   const Bitmap header = source.Load(FIF_LOAD_NOPIXELS);
   if (!header) return ReportFailure(source, messages, report);
   if (std::string refusal = SizeRefusal(header.get()); !refusal.empty()) {
     return Refuse(report, LoadStatus::kTooLarge, std::move(refusal));
   }
+  if (source.FindExtent() == Source::Extent::kHardlyAny) {
+    return Refuse(report, LoadStatus::kDamaged,
+                  "the file ends too early; hardly any of the picture is there");
+  }
   std::string refusal = KindRefusal(header.get());
   return !refusal.empty() && Refuse(report, LoadStatus::kUnsupportedKind, std::move(refusal));
 }
 
 std::string WarningOf(Source& source, const LibraryMessages& messages) {
-  if (messages.Contain("Premature end") || source.EndsTooEarly()) {
+  if (messages.Contain("Premature end") || source.FindExtent() == Source::Extent::kShort) {
     return "the file ends too early; a part of the picture is missing";
   }
   const std::string first = messages.First();
@@ -213,6 +237,7 @@ PicBuf Decode(const std::filesystem::path& file, LoadReport& report) {
     ReportFailure(source, messages, report);
     return {};
   }
+  source.TurnRound(bitmap.get());
   PicBuf picture = ConvertBitmap(bitmap.get(), &report);
   if (!picture.empty()) report.warning = WarningOf(source, messages);
   return picture;

@@ -37,14 +37,89 @@ constexpr std::uint32_t kStartOfScan = 0xDA;
 
 // Markers that stand alone, without a length.
 bool IsBareMarker(std::uint32_t marker) {
-  return marker == 0x01 || (marker >= 0xD0 && marker <= 0xD8);
+  return marker == 0x00 || marker == 0x01 || (marker >= 0xD0 && marker <= 0xD8);
 }
 
-bool IsJpegMetadata(std::uint32_t marker, std::string_view segment) {
-  if (marker == 0xE0) return segment.substr(4, 4) != "JFIF";
-  if (marker == 0xEE) return segment.substr(4, 5) != "Adobe";
+// Those of all coding processes; the three left out are tables.
+bool IsFrameMarker(std::uint32_t marker) {
+  return marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC;
+}
+
+bool IsJpegMetadata(std::uint32_t marker, std::string_view content) {
+  if (marker == 0xE0) return content.substr(0, 4) != "JFIF";
+  if (marker == 0xEE) return content.substr(0, 5) != "Adobe";
   return marker == 0xFE || (marker >= 0xE1 && marker <= 0xEF);
 }
+
+// One step through a JPEG's head.
+struct JpegSegment {
+  std::size_t start;         // of what comes before the marker
+  std::size_t marker;        // of its first FF, fill bytes included
+  std::size_t code;          // of its code
+  std::size_t end;           // one past the segment
+  std::uint32_t value;       // the code
+  std::string_view content;  // after the length; empty for a bare marker
+};
+
+// The segment that follows `at`; nothing where the head ends, by rights or by damage. As the decoder does,
+// whatever stands before a marker is passed over.
+std::optional<JpegSegment> NextSegment(std::string_view file, std::size_t at) {
+  const std::size_t marker = file.find('\xFF', at);
+  const std::size_t code = file.find_first_not_of('\xFF', marker);
+  if (marker == std::string_view::npos || code == std::string_view::npos) return {};
+  const std::uint32_t value = Byte(file, code);
+  if (IsBareMarker(value)) return JpegSegment{at, marker, code, code + 1, value, {}};
+  const std::size_t length = code + 3 <= file.size() ? Big16(file, code + 1) : 0;
+  if (value == kStartOfScan || length < 2) return {};
+  const std::size_t end = std::min(file.size(), code + 1 + length);
+  return JpegSegment{at, marker, code, end, value, file.substr(code + 3, end - code - 3)};
+}
+
+// The numbers of a TIFF, in its own byte order and, in its large form, with 64-bit offsets.
+class TiffHead {
+ public:
+  explicit TiffHead(const ReadAt& read) : read_(read), head_(read(0, 16)) {
+    little_ = head_.substr(0, 2) == "II";
+    const std::uint64_t version = head_.size() == 16 ? Number(head_, 2, 2) : 0;
+    valid_ = (little_ || head_.substr(0, 2) == "MM") && (version == 42 || version == 43);
+    large_ = version == 43;
+  }
+
+  [[nodiscard]] bool valid() const { return valid_; }
+
+  // The first number of a tag of the first directory, when it is stored in place.
+  [[nodiscard]] std::optional<std::uint64_t> ShortTag(std::uint64_t tag) const {
+    constexpr std::uint64_t kMostEntries = 4096;
+    const std::size_t countSize = large_ ? 8 : 2;
+    const std::size_t entrySize = large_ ? 20 : 12;
+    const std::uint64_t directory = large_ ? Number(head_, 8, 8) : Number(head_, 4, 4);
+    const std::string count = read_(directory, countSize);
+    if (count.size() < countSize) return {};
+    const std::uint64_t entries = std::min(Number(count, 0, countSize), kMostEntries);
+    const std::string table = read_(directory + countSize, entries * entrySize);
+    for (std::size_t at = 0; at + entrySize <= table.size(); at += entrySize) {
+      if (Number(table, at, 2) != tag) continue;
+      constexpr std::uint64_t kLong = 4;
+      return Number(table, at + (large_ ? 12 : 8), Number(table, at + 2, 2) == kLong ? 4 : 2);
+    }
+    return {};
+  }
+
+ private:
+  [[nodiscard]] std::uint64_t Number(std::string_view text, std::size_t at, std::size_t size) const {
+    std::uint64_t number = 0;
+    for (std::size_t i = 0; i < size; ++i) {
+      number = (number << 8U) | Byte(text, little_ ? at + size - 1 - i : at + i);
+    }
+    return number;
+  }
+
+  const ReadAt& read_;
+  std::string head_;
+  bool little_ = false;
+  bool large_ = false;
+  bool valid_ = false;
+};
 
 }  // namespace
 
@@ -72,37 +147,32 @@ std::optional<std::uint64_t> NeededBmpSize(std::string_view head) {
   return Little32(head, 10) + (rowBits + 31) / 32 * 4 * height;
 }
 
+std::optional<JpegFrame> ReadJpegFrame(std::string_view file) {
+  for (auto segment = NextSegment(file, 0); segment; segment = NextSegment(file, segment->end)) {
+    if (!IsFrameMarker(segment->value) || segment->content.size() < 6) continue;
+    const std::string_view frame = segment->content;
+    return JpegFrame{{Big16(frame, 3), Big16(frame, 1)}, Byte(frame, 5)};
+  }
+  return {};
+}
+
 std::string WithoutJpegMetadata(std::string_view file) {
   std::string kept;
   kept.reserve(file.size());
   std::size_t at = 0;
-  while (at < file.size()) {
-    // As the decoder does: whatever stands before the next marker is passed over, but not hidden from it.
-    const std::size_t marker = file.find('\xFF', at);
-    const std::size_t code = file.find_first_not_of('\xFF', marker);
-    if (marker == std::string_view::npos || code == std::string_view::npos) break;
-    kept.append(file.substr(at, code - at));
-    at = code + 1;
-    const std::uint32_t value = Byte(file, code);
-    if (value == 0 || IsBareMarker(value)) {
-      kept.push_back(file[code]);
-      continue;
-    }
-    const std::size_t length = at + 2 <= file.size() ? Big16(file, at) : 0;
-    if (value == kStartOfScan || length < 2) {
-      at = code;
-      break;
-    }
-    const std::string_view segment = file.substr(code - 1, 2 + length);
-    at += length;
-    if (IsJpegMetadata(value, segment)) {
-      kept.resize(kept.size() - (code - marker));  // with the fill bytes that announced it
-    } else {
-      kept.append(segment.substr(1));
-    }
+  while (const auto segment = NextSegment(file, at)) {
+    at = segment->end;
+    // Stray bytes before a marker stay: the decoder is to complain of them.
+    const std::size_t end = IsJpegMetadata(segment->value, segment->content) ? segment->marker : at;
+    kept.append(file.substr(segment->start, end - segment->start));
   }
-  if (at < file.size()) kept.append(file.substr(at));
-  return kept;
+  return kept.append(file.substr(std::min(at, file.size())));
+}
+
+bool IsMinIsWhiteTiff(const ReadAt& read) {
+  constexpr std::uint64_t kPhotometricTag = 262;
+  const TiffHead head(read);
+  return head.valid() && head.ShortTag(kPhotometricTag) == std::uint64_t{0};
 }
 
 }  // namespace mirellon::imageio

@@ -1,9 +1,10 @@
 #include "imageio/metadata_transfer.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <string_view>
 #include <system_error>
-#include <vector>
 
 #include "base/child_process.h"
 #include "base/file_descriptor.h"
@@ -13,6 +14,7 @@ namespace mirellon::imageio {
 
 namespace {
 
+namespace fs = std::filesystem;
 using base::ChildResult;
 
 // A name that the tool can take for nothing but a name.
@@ -46,20 +48,45 @@ std::string WarningOf(const ChildResult& result) {
   return std::string(kNotCopied) + "exiftool failed" + (why.empty() ? "" : " (" + why + ")");
 }
 
+// A second name for the encoded picture, for the tool to work on: it puts a new file in that name's place,
+// and the picture itself stays for the case that it goes wrong.
+bool MakeSecondName(const fs::path& workFile, const fs::path& second, std::error_code& error) {
+  fs::create_hard_link(workFile, second, error);
+  if (error) fs::copy_file(workFile, second, error);
+  return !error;
+}
+
+// The tool may add to a file, but takes nothing of weight away.
+bool LooksWhole(const fs::path& tagged, const fs::path& workFile) {
+  constexpr std::uintmax_t kSlack = 4096;
+  std::error_code error;
+  const std::uintmax_t size = fs::file_size(tagged, error);
+  if (error || size == 0) return false;
+  const std::uintmax_t before = fs::file_size(workFile, error);
+  return !error && size + kSlack >= before;
+}
+
 }  // namespace
 
-std::string CopyMetadata(const std::filesystem::path& source, const std::filesystem::path& workFile,
-                         FREE_IMAGE_FORMAT format, const base::RunControl* control) {
+std::string CopyMetadata(const fs::path& source, const fs::path& workFile, FREE_IMAGE_FORMAT format,
+                         const base::RunControl* control) {
   if (format == FIF_BMP) return std::string(kNotCopied) + "BMP files cannot hold any";
   std::error_code error;
-  const std::filesystem::path absolute = std::filesystem::absolute(source, error);
-  const std::filesystem::path folder = workFile.parent_path();
-  if (!error) std::filesystem::create_symlink(absolute, folder / kSourceName, error);
-  if (error) return kNotCopied + error.message();
-  const std::vector<std::string> arguments = {
-      "exiftool",  "-q",       "-overwrite_original", "-tagsfromfile",
-      kSourceName, "-all:all", "-icc_profile",        workFile.filename().string()};
-  return WarningOf(base::RunChild(arguments, folder, control));
+  const fs::path folder = workFile.parent_path();
+  const fs::path tagged = folder / ("tagged" + workFile.extension().string());
+  const fs::path absolute = fs::absolute(source, error);
+  if (!error) fs::create_symlink(absolute, folder / kSourceName, error);
+  if (error || !MakeSecondName(workFile, tagged, error)) return kNotCopied + error.message();
+
+  const std::string name = tagged.filename().string();
+  const base::ChildResult result = base::RunChild({"exiftool", "-q", "-overwrite_original", "-tagsfromfile",
+                                                   kSourceName, "-all:all", "-icc_profile", name},
+                                                  folder, control);
+  std::string warning = WarningOf(result);
+  if (!warning.empty()) return warning;
+  if (!LooksWhole(tagged, workFile)) return std::string(kNotCopied) + "exiftool left a damaged file";
+  fs::rename(tagged, workFile, error);
+  return error ? kNotCopied + error.message() : std::string();
 }
 
 }  // namespace mirellon::imageio

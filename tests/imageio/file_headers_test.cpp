@@ -1,0 +1,90 @@
+#include "imageio/file_headers.h"
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "imageio/image_files.h"
+
+namespace mirellon::imageio {
+
+namespace {
+
+std::string Segment(char code, const std::string& content) {
+  return std::string("\xFF") + code + test::Big(static_cast<std::uint32_t>(content.size()) + 2, 2) + content;
+}
+
+TEST(FileHeadersTest, OnlyJpegMetadataGoes) {
+  const std::string start = "\xFF\xD8";
+  const std::string jfif = Segment('\xE0', std::string("JFIF\0\1\2", 7));
+  const std::string adobe = Segment('\xEE', "Adobe12");
+  const std::string table = Segment('\xDB', std::string(65, '\1'));
+  const std::string scan = Segment('\xDA', "scan") + "data\xFF\xE1 that looks like a marker\xFF\xD9";
+  const std::string gone = Segment('\xE1', std::string("Exif\0\0II", 8)) + Segment('\xE0', "JFXX thumbnail") +
+                           Segment('\xED', "Photoshop") + Segment('\xEE', "other") +
+                           Segment('\xFE', "comment") + Segment('\xE2', "ICC_PROFILE");
+  EXPECT_EQ(WithoutJpegMetadata(start + jfif + gone + adobe + gone + table + scan),
+            start + jfif + adobe + table + scan);
+  // Fill bytes go with their marker, stray bytes stay.
+  EXPECT_EQ(WithoutJpegMetadata(start + "\xFF\xFF" + gone + "stray" + gone + "\xFF" + table + scan),
+            start + "stray\xFF" + table + scan);
+  // Damage: what cannot be followed is left to the decoder.
+  for (const std::string& odd :
+       {std::string(), start, start + "\xFF", start + "\xFF\xE1", start + std::string("\xFF\xE1\0\1xyz", 7),
+        std::string("no marker at all")}) {
+    EXPECT_EQ(WithoutJpegMetadata(odd), odd);
+  }
+  EXPECT_EQ(WithoutJpegMetadata(start + std::string("\xFF\xE1\x10\0Exif", 8)), start);
+}
+
+TEST(FileHeadersTest, Sizes) {
+  const auto frame = ReadJpegFrame(test::ForgedJpeg(300, 200));
+  ASSERT_TRUE(frame);
+  EXPECT_EQ(frame->size.width, 300U);
+  EXPECT_EQ(frame->size.height, 200U);
+  EXPECT_EQ(frame->components, 3U);
+  EXPECT_FALSE(ReadJpegFrame("\xFF\xD8\xFF\xD9"));
+
+  const std::string gif = test::ForgedGif(10, 300);
+  for (std::size_t size = 0; size <= gif.size(); ++size) {
+    const auto read = ReadGifSize(gif.substr(0, size));
+    ASSERT_EQ(read.has_value(), size >= 13);
+    if (read) {
+      EXPECT_TRUE(read->width == 10 || read->width == 300);
+    }
+  }
+  EXPECT_EQ(ReadGifSize(gif)->height, 300U);
+
+  EXPECT_EQ(NeededBmpSize(test::ForgedBmp(5, 3)), 54U + 3U * 16U);
+  EXPECT_EQ(NeededBmpSize(test::ForgedBmp(5, static_cast<std::uint32_t>(-3))), 54U + 3U * 16U);
+  std::string compressed = test::ForgedBmp(5, 3);
+  compressed[30] = 1;
+  EXPECT_FALSE(NeededBmpSize(compressed));
+}
+
+TEST(FileHeadersTest, MinIsWhiteTiff) {
+  const auto check = [](const std::string& file) {
+    return IsMinIsWhiteTiff([&file](std::uint64_t offset, std::size_t size) {
+      return offset < file.size() ? file.substr(offset, size) : std::string();
+    });
+  };
+  const std::string white = test::GreyTiff(1, 1, 16, 0, "ab");
+  EXPECT_TRUE(check(white));
+  EXPECT_FALSE(check(test::GreyTiff(1, 1, 16, 1, "ab")));
+  for (std::size_t size = 0; size < 68; ++size) EXPECT_FALSE(check(white.substr(0, size))) << size;
+
+  const std::string motorola = "MM" + test::Big(42, 2) + test::Big(8, 4) + test::Big(1, 2) +
+                               test::Big(262, 2) + test::Big(3, 2) + test::Big(1, 4) + test::Big(0, 2) +
+                               test::Big(9, 2) + test::Big(0, 4);
+  EXPECT_TRUE(check(motorola));
+  const std::string large = "II" + test::Little(43, 2) + test::Little(8, 2) + test::Little(0, 2) +
+                            test::Little(16, 4) + test::Little(0, 4) + test::Little(1, 4) +
+                            test::Little(0, 4) + test::Little(262, 2) + test::Little(3, 2) +
+                            test::Little(1, 4) + test::Little(0, 4) + test::Little(0, 4) +
+                            test::Little(0, 4) + test::Little(0, 4) + test::Little(0, 4);
+  EXPECT_TRUE(check(large));
+}
+
+}  // namespace
+
+}  // namespace mirellon::imageio

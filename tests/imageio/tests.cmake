@@ -1,0 +1,12 @@
+add_library(mirellon_test_image_files STATIC ${CMAKE_CURRENT_LIST_DIR}/image_files.cpp)
+target_link_libraries(mirellon_test_image_files
+  PUBLIC mirellon_test_support mirellon_imageio mirellon::freeimage
+  PRIVATE mirellon_warnings)
+
+mirellon_add_test(imageio/load_image LINK mirellon_test_image_files)
+mirellon_add_test(imageio/exif_texts LINK mirellon_imageio)
+mirellon_add_test(imageio/exif_summary LINK mirellon_test_image_files)
+mirellon_add_test(imageio/file_headers LINK mirellon_test_image_files)
+mirellon_add_test(imageio/save_names LINK mirellon_imageio)
+mirellon_add_test(imageio/save_image LINK mirellon_test_image_files)
+mirellon_add_test(imageio/metadata_transfer LINK mirellon_test_image_files)

@@ -1,0 +1,1 @@
+mirellon_add_test(settings/app_settings LINK mirellon_settings)
