@@ -13,7 +13,6 @@ namespace {
 
 using picture::CBxPicBufAPI;
 using picture::PicBuf;
-using picture::Row;
 
 // Only the report's status and cause; the format stays what it was.
 void Report(LoadReport* report, LoadStatus status, const std::string& cause) {

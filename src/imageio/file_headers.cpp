@@ -1,6 +1,7 @@
 #include "imageio/file_headers.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdlib>
 
@@ -75,34 +76,44 @@ std::optional<JpegSegment> NextSegment(std::string_view file, std::size_t at) {
   return JpegSegment{at, marker, code, end, value, file.substr(code + 3, end - code - 3)};
 }
 
-// The numbers of a TIFF, in its own byte order and, in its large form, with 64-bit offsets.
-class TiffHead {
+// One entry of a TIFF's directory.
+struct TiffEntry {
+  std::uint64_t tag;
+  std::uint64_t typeAt;  // where in the file its two-byte type stands
+  std::uint64_t value;   // the first number, when it is stored in place as 16 or 32 bits
+};
+
+// The first directory of a TIFF, in its own byte order and, in the large form, with 64-bit offsets.
+class TiffDirectory {
  public:
-  explicit TiffHead(const ReadAt& read) : read_(read), head_(read(0, 16)) {
-    little_ = head_.substr(0, 2) == "II";
-    const std::uint64_t version = head_.size() == 16 ? Number(head_, 2, 2) : 0;
-    valid_ = (little_ || head_.substr(0, 2) == "MM") && (version == 42 || version == 43);
-    large_ = version == 43;
+  explicit TiffDirectory(const ReadAt& read) {
+    constexpr std::uint64_t kMostEntries = 4096;  // what the decoder takes
+    const std::string head = read(0, 16);
+    little_ = head.substr(0, 2) == "II";
+    const std::uint64_t version = head.size() == 16 ? Number(head, 2, 2) : 0;
+    if ((!little_ && head.substr(0, 2) != "MM") || (version != 42 && version != 43)) return;
+    const bool large = version == 43;
+    const std::size_t countSize = large ? 8 : 2;
+    const std::size_t entrySize = large ? 20 : 12;
+    const std::uint64_t start = large ? Number(head, 8, 8) : Number(head, 4, 4);
+    const std::string count = read(start, countSize);
+    if (count.size() < countSize) return;
+    const std::uint64_t announced = std::min(Number(count, 0, countSize), kMostEntries);
+    const std::string table = read(start + countSize, announced * entrySize);
+    for (std::size_t at = 0; at + entrySize <= table.size(); at += entrySize) {
+      constexpr std::uint64_t kLong = 4;
+      const std::size_t valueSize = Number(table, at + 2, 2) == kLong ? 4 : 2;
+      entries_.push_back({Number(table, at, 2), start + countSize + at + 2,
+                          Number(table, at + (large ? 12 : 8), valueSize)});
+    }
   }
 
-  [[nodiscard]] bool valid() const { return valid_; }
-
-  // The first number of a tag of the first directory, when it is stored in place.
-  [[nodiscard]] std::optional<std::uint64_t> ShortTag(std::uint64_t tag) const {
-    constexpr std::uint64_t kMostEntries = 4096;
-    const std::size_t countSize = large_ ? 8 : 2;
-    const std::size_t entrySize = large_ ? 20 : 12;
-    const std::uint64_t directory = large_ ? Number(head_, 8, 8) : Number(head_, 4, 4);
-    const std::string count = read_(directory, countSize);
-    if (count.size() < countSize) return {};
-    const std::uint64_t entries = std::min(Number(count, 0, countSize), kMostEntries);
-    const std::string table = read_(directory + countSize, entries * entrySize);
-    for (std::size_t at = 0; at + entrySize <= table.size(); at += entrySize) {
-      if (Number(table, at, 2) != tag) continue;
-      constexpr std::uint64_t kLong = 4;
-      return Number(table, at + (large_ ? 12 : 8), Number(table, at + 2, 2) == kLong ? 4 : 2);
-    }
-    return {};
+  [[nodiscard]] const std::vector<TiffEntry>& entries() const { return entries_; }
+  // A number as the file would hold it.
+  [[nodiscard]] std::string Bytes16(std::uint32_t number) const {
+    const char low = static_cast<char>(number & 0xFFU);
+    const char high = static_cast<char>(number >> 8U);
+    return little_ ? std::string{low, high} : std::string{high, low};
   }
 
  private:
@@ -114,12 +125,15 @@ class TiffHead {
     return number;
   }
 
-  const ReadAt& read_;
-  std::string head_;
   bool little_ = false;
-  bool large_ = false;
-  bool valid_ = false;
+  std::vector<TiffEntry> entries_;
 };
+
+// Tags that lead to EXIF, GPS, sub-images, XMP, IPTC, Photoshop resources and the ICC profile.
+bool IsTiffMetadata(std::uint64_t tag) {
+  constexpr std::array<std::uint64_t, 7> kTags = {330, 700, 33723, 34377, 34665, 34675, 34853};
+  return std::find(kTags.begin(), kTags.end(), tag) != kTags.end();
+}
 
 }  // namespace
 
@@ -171,8 +185,22 @@ std::string WithoutJpegMetadata(std::string_view file) {
 
 bool IsMinIsWhiteTiff(const ReadAt& read) {
   constexpr std::uint64_t kPhotometricTag = 262;
-  const TiffHead head(read);
-  return head.valid() && head.ShortTag(kPhotometricTag) == std::uint64_t{0};
+  const TiffDirectory directory(read);
+  const auto& entries = directory.entries();
+  const auto found = std::find_if(entries.begin(), entries.end(),
+                                  [](const TiffEntry& entry) { return entry.tag == kPhotometricTag; });
+  return found != entries.end() && found->value == 0;
+}
+
+std::vector<FilePatch> TiffWithoutMetadata(const ReadAt& read) {
+  // None of the tags may be of that type, so the decoder passes them over.
+  constexpr std::uint32_t kFloat = 11;
+  const TiffDirectory directory(read);
+  std::vector<FilePatch> patches;
+  for (const TiffEntry& entry : directory.entries()) {
+    if (IsTiffMetadata(entry.tag)) patches.push_back({entry.typeAt, directory.Bytes16(kFloat)});
+  }
+  return patches;
 }
 
 }  // namespace mirellon::imageio

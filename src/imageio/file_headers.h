@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace mirellon::imageio {
 
@@ -39,5 +40,14 @@ struct JpegFrame {
 // bits. `read` gives that many bytes at an offset, or fewer at the file's end.
 using ReadAt = std::function<std::string(std::uint64_t offset, std::size_t size)>;
 [[nodiscard]] bool IsMinIsWhiteTiff(const ReadAt& read);
+
+// Bytes that are to be read in place of a file's own.
+struct FilePatch {
+  std::uint64_t offset;
+  std::string bytes;
+};
+// What hides a TIFF's metadata from the library, which reads freed memory where both EXIF and a profile are
+// there.
+[[nodiscard]] std::vector<FilePatch> TiffWithoutMetadata(const ReadAt& read);
 
 }  // namespace mirellon::imageio

@@ -1,5 +1,6 @@
 #include "imageio/file_headers.h"
 
+#include <algorithm>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -83,6 +84,22 @@ TEST(FileHeadersTest, MinIsWhiteTiff) {
                             test::Little(1, 4) + test::Little(0, 4) + test::Little(0, 4) +
                             test::Little(0, 4) + test::Little(0, 4) + test::Little(0, 4);
   EXPECT_TRUE(check(large));
+}
+
+TEST(FileHeadersTest, HidesTiffMetadata) {
+  const auto entry = [](std::uint32_t tag) {
+    return test::Big(tag, 2) + test::Big(4, 2) + test::Big(1, 4) + test::Big(0, 4);
+  };
+  const std::string file = "MM" + test::Big(42, 2) + test::Big(8, 4) + test::Big(4, 2) + entry(256) +
+                           entry(700) + entry(34665) + entry(34675) + test::Big(0, 4);
+  const auto patches = TiffWithoutMetadata([&file](std::uint64_t offset, std::size_t size) {
+    return file.substr(std::min(offset, file.size()), size);
+  });
+  ASSERT_EQ(patches.size(), 3U);
+  for (std::size_t i = 0; i < 3; ++i) {
+    EXPECT_EQ(patches[i].offset, 10 + 12 * (i + 1) + 2);
+    EXPECT_EQ(patches[i].bytes, test::Big(11, 2));
+  }
 }
 
 }  // namespace

@@ -18,7 +18,6 @@ namespace mirellon::imageio {
 
 namespace {
 
-using picture::PicBuf;
 using test::ReadBytes;
 using test::SaveBitmap;
 using test::TemporaryFolder;
@@ -273,8 +272,8 @@ class Owner : public base::WindowServices {
     EXPECT_EQ(title, L"Open...");
     return answer;
   }
-  std::optional<std::filesystem::path> AskSavePath(const std::wstring&,
-                                                   const std::filesystem::path&) override {
+  std::optional<std::filesystem::path> AskSavePath(const std::wstring& /*title*/,
+                                                   const std::filesystem::path& /*proposal*/) override {
     ADD_FAILURE();
     return {};
   }
@@ -319,6 +318,10 @@ TEST_P(DamagedFileTest, Survives) {
   const TemporaryFolder folder;
   test::Random random(11);
   const Bitmap bitmap = test::NoiseBitmap(FIT_BITMAP, 40, 30, GetParam() == FIF_GIF ? 8 : 24);
+  std::string profile(200, 'p');
+  if (GetParam() == FIF_TIFF) {
+    FreeImage_CreateICCProfile(bitmap.get(), profile.data(), static_cast<long>(profile.size()));
+  }
   ASSERT_TRUE(SaveBitmap(GetParam(), bitmap, folder / "m"));
   const std::string bytes = ReadBytes(folder / "m");
   for (int i = 0; i < 60; ++i) {

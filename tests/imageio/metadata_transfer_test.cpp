@@ -125,7 +125,8 @@ TEST(MetadataTransferTest, ASourceWithoutTagsIsNoFault) {
 // Puts a program of ours in the tool's place for a test's time.
 class ToolInstead {
  public:
-  explicit ToolInstead(const std::string& script) : before_(std::getenv("PATH")) {
+  explicit ToolInstead(const std::string& script) {
+    if (const char* path = std::getenv("PATH"); path != nullptr) before_ = path;
     if (!script.empty()) {
       std::ofstream(folder_ / "exiftool") << "#!/bin/sh\nPATH='" << before_ << "'\n" << script;
       chmod((folder_ / "exiftool").c_str(), 0700);

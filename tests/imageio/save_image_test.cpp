@@ -11,6 +11,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "base/text.h"
 #include "imageio/image_files.h"
 #include "imageio/load_image.h"
 #include "settings/app_settings.h"
@@ -100,6 +101,7 @@ TEST(SaveImageTest, TellsBeforehandWhatSpeaksAgainstATarget) {
   const PicBuf deep = test::RandomPicture(9, 7, 3, 16, 1);
   const PicBuf wide = test::ConstantPicture(65501, 1, 1, 8, 9);
   const PicBuf wider = test::ConstantPicture(1000001, 1, 1, 8, 9);
+  const PicBuf none;
   const fs::path source = folder / "source.png";
   ASSERT_EQ(Write(picture, source).status, SaveStatus::kSaved);
   fs::create_symlink("source.png", folder / "link.png");
@@ -117,7 +119,7 @@ TEST(SaveImageTest, TellsBeforehandWhatSpeaksAgainstATarget) {
   };
   const std::vector<Case> cases = {
       {picture, folder / "new.png", keep, SaveStatus::kSaved, ""},
-      {PicBuf(), folder / "new.png", {}, SaveStatus::kNoPicture, "no picture"},
+      {none, folder / "new.png", {}, SaveStatus::kNoPicture, "no picture"},
       {picture, "", {}, SaveStatus::kNotWritable, "no file name"},
       {picture, source, {}, SaveStatus::kTargetIsSource, "itself"},
       {picture, folder / "." / "source.png", {}, SaveStatus::kTargetIsSource, "itself"},
@@ -210,8 +212,11 @@ TEST(SaveImageTest, TellsOfAFullDisk) {
 
 class Owner : public base::WindowServices {
  public:
-  void ShowMessage(const std::wstring&, const std::wstring&, base::MessageKind) override { ADD_FAILURE(); }
-  std::optional<fs::path> AskOpenPath(const std::wstring&) override { return {}; }
+  void ShowMessage(const std::wstring& text, const std::wstring& /*caption*/,
+                   base::MessageKind /*kind*/) override {
+    ADD_FAILURE() << base::Utf8FromWide(text);
+  }
+  std::optional<fs::path> AskOpenPath(const std::wstring& /*title*/) override { return {}; }
   std::optional<fs::path> AskSavePath(const std::wstring& title, const fs::path& proposal) override {
     EXPECT_EQ(title, L"Save As...");
     asked = proposal;
