@@ -1,0 +1,1 @@
+mirellon_add_test(profiles/camera_key LINK mirellon_profiles)
