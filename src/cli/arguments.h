@@ -1,0 +1,49 @@
+// What the command line asks for.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+
+#include "engine/parameters.h"
+
+namespace mirellon::cli {
+
+enum class ProgressMode { kAuto, kAlways, kNever };
+
+// mirellon-cli denoise INPUT OUTPUT
+struct DenoiseArguments {
+  std::filesystem::path input;
+  std::filesystem::path output;
+  engine::DenoiseParameters parameters;  // the values of "Set Default" with those given over them
+  std::uint32_t quality = engine::kQualityMedium;
+  std::optional<std::uint32_t> threads;  // none: as many as the process may use
+  std::optional<int> jpegQuality;        // percent; none: the one stored in the settings file
+  bool metadata = true;
+  bool overwrite = false;
+  ProgressMode progress = ProgressMode::kAuto;
+  bool quiet = false;
+  bool json = false;
+};
+
+// mirellon-cli info INPUT
+struct InfoArguments {
+  std::filesystem::path input;
+  bool json = false;
+};
+
+// What reading a command's arguments came to.
+struct ParseOutcome {
+  enum class Kind { kRun, kHelp, kWrong };
+  Kind kind = Kind::kRun;
+  std::string text;  // kHelp: the help to print; kWrong: why, one line
+};
+
+// `args` are those after the command's name. Never throws; the arguments are complete when the kind is kRun.
+[[nodiscard]] ParseOutcome ParseDenoiseArguments(std::span<const char* const> args,
+                                                 DenoiseArguments& arguments);
+[[nodiscard]] ParseOutcome ParseInfoArguments(std::span<const char* const> args, InfoArguments& arguments);
+
+}  // namespace mirellon::cli

@@ -1,0 +1,185 @@
+#include "cli/denoise_command.h"
+
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <memory>
+
+#include "cli/arguments.h"
+#include "cli/command_support.h"
+#include "cli/diagnostics.h"
+#include "cli/report.h"
+#include "cli/terminal_progress.h"
+#include "engine/detail_pyramid.h"
+#include "engine/simd_target.h"
+#include "engine/whole_picture.h"
+#include "imageio/save_image.h"
+
+namespace mirellon::cli {
+
+namespace {
+
+class Stopwatch {
+ public:
+  // Milliseconds since the last call, or since birth.
+  double Lap() {
+    const auto now = std::chrono::steady_clock::now();
+    const std::chrono::duration<double, std::milli> passed = now - last_;
+    last_ = now;
+    return passed.count();
+  }
+
+ private:
+  std::chrono::steady_clock::time_point last_ = std::chrono::steady_clock::now();
+};
+
+// One photograph on its way from file to file. The steps are called in their order; each prints what goes
+// wrong and then ends the run with the status it returns.
+class DenoiseRun {
+ public:
+  DenoiseRun(const DenoiseArguments& arguments, Shell& shell) : arguments_(arguments), shell_(shell) {
+    report_.input = arguments.input;
+    report_.output = imageio::WrittenName(arguments.output);
+    report_.parameters = arguments.parameters;
+    report_.quality = arguments.quality;
+    report_.threads = arguments.threads.value_or(engine::CountProcessors());
+    report_.simd = engine::SimdTargetName();
+    saving_.jpegQuality = arguments.jpegQuality;
+    saving_.metadata = arguments.metadata;
+    saving_.overwrite = arguments.overwrite;
+    saving_.applicationData = shell.applicationData;
+    saving_.control = &shell.engine.control;
+  }
+
+  ExitStatus Run() {
+    using Step = ExitStatus (DenoiseRun::*)();
+    for (const Step step :
+         {&DenoiseRun::Load, &DenoiseRun::CheckTarget, &DenoiseRun::Denoise, &DenoiseRun::Sharpen}) {
+      const ExitStatus status = (this->*step)();
+      if (status != ExitStatus::kDone) return status;
+      if (shell_.engine.control.Aborted()) return Interrupted(arguments_.input, shell_);
+    }
+    const ExitStatus status = Save();
+    if (status != ExitStatus::kDone) return status;
+    report_.milliseconds.total = total_.Lap();
+    Report();
+    return ExitStatus::kDone;
+  }
+
+ private:
+  ExitStatus Load() {
+    imageio::LoadReport loaded;
+    const ExitStatus status = LoadInput(arguments_.input, document_, loaded, shell_);
+    if (!loaded.warning.empty()) Warn(About(arguments_.input.native(), loaded.warning));
+    report_.geometry = Geometry::Of(document_.source);
+    report_.milliseconds.load = step_.Lap();
+    return status;
+  }
+
+  // Before the work, not after it.
+  ExitStatus CheckTarget() {
+    const imageio::SaveReport checked =
+        imageio::CheckTarget(document_.source, arguments_.output, arguments_.input, saving_);
+    if (checked.status != imageio::SaveStatus::kSaved) return SaveFailed(checked);
+    if (report_.output != arguments_.output) {
+      Warn(About(arguments_.output.native(), "this format is not written; the result is the TIFF file " +
+                                                 Quoted(report_.output.native())));
+    }
+    return ExitStatus::kDone;
+  }
+
+  ExitStatus Denoise() {
+    step_.Lap();
+    const std::unique_ptr<TerminalProgress> progress = MakeProgress();
+    const engine::DenoiseParameters& parameters = arguments_.parameters;
+    engine::DenoiseRequest request;
+    request.destination = &document_.result.record();
+    request.source = &document_.source.record();
+    request.strength = parameters.m_dStrength;
+    request.strengthChroma = parameters.m_dStrengthChroma;
+    request.strengthChromaLarge = parameters.m_dStrengthChromaLarge;
+    request.quality = arguments_.quality;
+    request.dynamics = parameters.m_dDynamics;
+    request.progressWindow = progress.get();
+    request.threads = report_.threads;
+    request.pointArtefactMode = parameters.m_iUseMedian;
+    shell_.engine.processorCount = report_.threads;
+    const bool complete = engine::DenoiseWholePicture(shell_.engine, request, /*fusion=*/false);
+    report_.milliseconds.denoise = step_.Lap();
+    if (complete || shell_.engine.control.Aborted()) return ExitStatus::kDone;
+    return NoMemory(arguments_.input, shell_);
+  }
+
+  ExitStatus Sharpen() {
+    step_.Lap();
+    const engine::DenoiseParameters& parameters = arguments_.parameters;
+    const bool failed = engine::SharpenPicture(document_.result, parameters.m_dSharp1, parameters.m_dSharp2,
+                                               parameters.m_dSharp3);
+    report_.milliseconds.sharpen = step_.Lap();
+    return failed ? NoMemory(arguments_.input, shell_) : ExitStatus::kDone;
+  }
+
+  ExitStatus Save() {
+    document_.source = picture::PicBuf();  // its memory is wanted for encoding
+    step_.Lap();
+    imageio::SaveReport saved;
+    std::filesystem::path target = arguments_.output;
+    const bool failed = imageio::SaveImageAs(document_, target, saving_, &saved);
+    report_.milliseconds.save = step_.Lap();
+    if (failed) return SaveFailed(saved);
+    report_.output = saved.written;
+    for (const std::string& warning : saved.warnings) Warn(About(saved.written.native(), warning));
+    return ExitStatus::kDone;
+  }
+
+  void Report() {
+    if (ShowsProgress()) {
+      std::array<char, 48> text{};
+      std::snprintf(text.data(), text.size(), "written, %.1f s", report_.milliseconds.total / 1000.0);
+      PrintNote(shell_.err, About(report_.output.native(), text.data()));
+    }
+    if (arguments_.json) PrintJson(shell_.out, report_);
+  }
+
+  [[nodiscard]] bool ShowsProgress() const {
+    if (arguments_.quiet || arguments_.progress == ProgressMode::kNever) return false;
+    return arguments_.progress == ProgressMode::kAlways || shell_.errIsTerminal;
+  }
+
+  [[nodiscard]] std::unique_ptr<TerminalProgress> MakeProgress() const {
+    if (!ShowsProgress()) return nullptr;
+    return std::make_unique<TerminalProgress>(shell_.err, "denoising", shell_.columns);
+  }
+
+  void Warn(const std::string& warning) {
+    report_.warnings.push_back(warning);
+    if (!arguments_.quiet) PrintWarning(shell_.err, warning);
+  }
+
+  ExitStatus SaveFailed(const imageio::SaveReport& saved) {
+    using imageio::SaveStatus;
+    if (saved.status == SaveStatus::kAborted) return Interrupted(arguments_.input, shell_);
+    PrintError(shell_.err, About(report_.output.native(), saved.cause));
+    if (saved.status == SaveStatus::kOutOfMemory) return ExitStatus::kMemory;
+    return saved.status == SaveStatus::kNoPicture ? ExitStatus::kFailed : ExitStatus::kOutput;
+  }
+
+  const DenoiseArguments& arguments_;
+  Shell& shell_;
+  imageio::Document document_;
+  imageio::SaveOptions saving_;
+  DenoiseReport report_;
+  Stopwatch total_;
+  Stopwatch step_;
+};
+
+}  // namespace
+
+ExitStatus RunDenoise(std::span<const char* const> args, Shell& shell) {
+  DenoiseArguments arguments;
+  const std::optional<ExitStatus> concluded = Conclude(ParseDenoiseArguments(args, arguments), shell);
+  if (concluded) return *concluded;
+  return DenoiseRun(arguments, shell).Run();
+}
+
+}  // namespace mirellon::cli

@@ -1,0 +1,49 @@
+#include "cli/info_command.h"
+
+#include "cli/arguments.h"
+#include "cli/command_support.h"
+#include "cli/diagnostics.h"
+#include "cli/report.h"
+#include "engine/noise_estimate.h"
+#include "profiles/camera_key.h"
+
+namespace mirellon::cli {
+
+namespace {
+
+ExitStatus Describe(const InfoArguments& arguments, Shell& shell) {
+  imageio::Document document;
+  imageio::LoadReport loaded;
+  const ExitStatus status = LoadInput(arguments.input, document, loaded, shell);
+  if (status != ExitStatus::kDone) return status;
+  if (!loaded.warning.empty()) PrintWarning(shell.err, About(arguments.input.native(), loaded.warning));
+
+  InfoReport report;
+  report.file = arguments.input;
+  report.format = loaded.format;
+  report.geometry = Geometry::Of(document.source);
+  report.exif = document.exif;
+  if (!report.exif.make.empty() || !report.exif.model.empty()) {
+    report.cameraKey = profiles::CameraKey(report.exif.make, report.exif.model);
+  }
+  report.noise = engine::MeasureNoise(document.source);
+  if (report.noise.failed) return NoMemory(arguments.input, shell);
+  if (shell.engine.control.Aborted()) return Interrupted(arguments.input, shell);
+  if (arguments.json) {
+    PrintJson(shell.out, report);
+  } else {
+    PrintText(shell.out, report);
+  }
+  return ExitStatus::kDone;
+}
+
+}  // namespace
+
+ExitStatus RunInfo(std::span<const char* const> args, Shell& shell) {
+  InfoArguments arguments;
+  const std::optional<ExitStatus> concluded = Conclude(ParseInfoArguments(args, arguments), shell);
+  if (concluded) return *concluded;
+  return Describe(arguments, shell);
+}
+
+}  // namespace mirellon::cli

@@ -1,0 +1,16 @@
+// What the signals that end a program do here.
+#pragma once
+
+#include "base/run_control.h"
+
+namespace mirellon::cli {
+
+// SIGINT and SIGTERM request an abort of `control`, which must outlive the program's work; a second one ends
+// the process at once with 128 + its number. A broken pipe becomes a write error instead of a signal.
+// Called once, before any work.
+void WatchSignals(base::RunControl& control);
+
+// The signal that asked for the abort, 0 when none did.
+[[nodiscard]] int CaughtSignal();
+
+}  // namespace mirellon::cli

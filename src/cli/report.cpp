@@ -1,0 +1,165 @@
+#include "cli/report.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <string_view>
+
+#include <nlohmann/json.hpp>
+
+#include "base/text.h"
+#include "cli/parameter_options.h"
+
+namespace mirellon::cli {
+
+namespace {
+
+// Keys in the order in which they were set.
+using Json = nlohmann::ordered_json;
+
+void SetName(Json& object, const std::string& key, const std::filesystem::path& name) {
+  const std::string& bytes = name.native();
+  // Malformed bytes become U+FFFD here; well-formed names come back unchanged.
+  object[key] = base::Utf8FromWide(base::WideFromUtf8(bytes));
+  if (!base::IsValidUtf8(bytes)) object[key + "Base64"] = Base64(bytes);
+}
+
+void SetGeometry(Json& object, const Geometry& geometry) {
+  object["width"] = geometry.width;
+  object["height"] = geometry.height;
+  object["components"] = geometry.components;
+  object["bits"] = geometry.bits;
+}
+
+Json ParametersJson(const engine::DenoiseParameters& parameters) {
+  Json object;
+  for (const ParameterOption& row : kParameterOptions) object[row.key] = parameters.*row.value;
+  object[kArtefactsKey] = parameters.m_iUseMedian;
+  return object;
+}
+
+// Microseconds are as fine as anybody will believe.
+double Rounded(double milliseconds) {
+  return std::round(milliseconds * 1000.0) / 1000.0;
+}
+
+Json TimingJson(const Timing& timing) {
+  Json object;
+  object["load"] = Rounded(timing.load);
+  object["denoise"] = Rounded(timing.denoise);
+  object["sharpen"] = Rounded(timing.sharpen);
+  object["save"] = Rounded(timing.save);
+  object["total"] = Rounded(timing.total);
+  return object;
+}
+
+Json ExifJson(const imageio::ExifSummary& exif) {
+  Json object;
+  object["fNumber"] = base::Utf8FromWide(exif.fNumber);
+  object["exposure"] = base::Utf8FromWide(exif.exposure);
+  object["dimensions"] = base::Utf8FromWide(exif.dimensions);
+  object["iso"] = base::Utf8FromWide(exif.iso);
+  object["make"] = base::Utf8FromWide(exif.make);
+  object["model"] = base::Utf8FromWide(exif.model);
+  object["dateTaken"] = base::Utf8FromWide(exif.dateTaken);
+  return object;
+}
+
+void Print(std::ostream& out, const Json& object) {
+  out << object.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+}
+
+std::string Decimals(double value) {
+  std::array<char, 64> buffer{};
+  const int length = std::snprintf(buffer.data(), buffer.size(), "%.2f", value);
+  return length < 0 ? std::string() : std::string(buffer.data());
+}
+
+void PrintLine(std::ostream& out, std::string_view label, std::string_view value) {
+  constexpr std::size_t kColumn = 16;
+  std::string line(label);
+  line += ':';
+  line.resize(std::max(kColumn, line.size() + 1), ' ');
+  line += value.empty() ? std::string("-") : base::PrintableName(value);
+  out << line << '\n';
+}
+
+void PrintLine(std::ostream& out, std::string_view label, const std::wstring& value) {
+  PrintLine(out, label, base::Utf8FromWide(value));
+}
+
+}  // namespace
+
+void PrintJson(std::ostream& out, const DenoiseReport& report) {
+  Json object;
+  object["schema"] = kReportSchema;
+  SetName(object, "input", report.input);
+  SetName(object, "output", report.output);
+  SetGeometry(object, report.geometry);
+  object["parameters"] = ParametersJson(report.parameters);
+  object["quality"] = WordFor(kQualityChoices, static_cast<int>(report.quality));
+  object["profile"] = {{"camera", nullptr}, {"iso", nullptr}, {"rule", "none"}};
+  object["backend"] = "cpu";
+  object["simd"] = report.simd;
+  object["threads"] = report.threads;
+  object["warnings"] = report.warnings;
+  object["ms"] = TimingJson(report.milliseconds);
+  Print(out, object);
+}
+
+void PrintJson(std::ostream& out, const InfoReport& report) {
+  Json object;
+  object["schema"] = kReportSchema;
+  SetName(object, "file", report.file);
+  object["format"] = report.format;
+  SetGeometry(object, report.geometry);
+  object["exif"] = ExifJson(report.exif);
+  object["cameraKey"] = base::Utf8FromWide(report.cameraKey);
+  object["noise"] = {{"luminance", report.noise.luminance}, {"chrominance", report.noise.chrominance}};
+  object["profile"] = nullptr;
+  object["batchProfile"] = nullptr;
+  Print(out, object);
+}
+
+void PrintText(std::ostream& out, const InfoReport& report) {
+  const Geometry& geometry = report.geometry;
+  PrintLine(out, "File", report.file.native());
+  PrintLine(out, "Format", report.format);
+  PrintLine(out, "Size", std::to_string(geometry.width) + " x " + std::to_string(geometry.height));
+  PrintLine(out, "Components", std::to_string(geometry.components));
+  PrintLine(out, "Bits", std::to_string(geometry.bits));
+  PrintLine(out, "F-number", report.exif.fNumber);
+  PrintLine(out, "Exposure", report.exif.exposure);
+  PrintLine(out, "Dimensions", report.exif.dimensions);
+  PrintLine(out, "ISO", report.exif.iso);
+  PrintLine(out, "Maker", report.exif.make);
+  PrintLine(out, "Model", report.exif.model);
+  PrintLine(out, "Date taken", report.exif.dateTaken);
+  PrintLine(out, "Camera key", report.cameraKey);
+  PrintLine(out, "Noise",
+            "luminance " + Decimals(report.noise.luminance) + ", chrominance " +
+                Decimals(report.noise.chrominance));
+  PrintLine(out, "Profile", "not available");
+  PrintLine(out, "Batch profile", "not available");
+}
+
+std::string Base64(std::string_view bytes) {
+  constexpr std::string_view kDigits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  std::string text;
+  for (std::size_t at = 0; at < bytes.size(); at += 3) {
+    std::uint32_t group = 0;
+    for (std::size_t i = 0; i < 3; ++i) {
+      const auto byte = at + i < bytes.size() ? static_cast<std::uint8_t>(bytes[at + i]) : 0U;
+      group = (group << 8U) | byte;
+    }
+    for (std::size_t i = 0; i < 4; ++i) {
+      const bool padding = at + i > bytes.size();
+      text += padding ? '=' : kDigits[(group >> (18U - 6U * i)) & 63U];
+    }
+  }
+  return text;
+}
+
+}  // namespace mirellon::cli
