@@ -46,8 +46,8 @@ ExitStatus WrongUsage(Shell& shell, const std::string& text) {
 
 ExitStatus RunCommand(const Command& command, std::span<const char* const> args, Shell& shell) {
   if (!shell.simdTarget.empty() && engine::ForceSimdTarget(shell.simdTarget)) {
-    PrintError(shell.err, "MIRELLON_SIMD: " + Quoted(shell.simdTarget) +
-                              " is not an instruction set that this processor and program have");
+    PrintError(shell.err, "MIRELLON_SIMD: " + Quoted(shell.simdTarget) + " is not one of " +
+                              engine::SupportedSimdTargets() + ", which this machine has");
     return ExitStatus::kUsage;
   }
   return command.run(args, shell);
