@@ -159,7 +159,9 @@ class DenoiseRun {
   ExitStatus SaveFailed(const imageio::SaveReport& saved) {
     using imageio::SaveStatus;
     if (saved.status == SaveStatus::kAborted) return Interrupted(arguments_.input, shell_);
-    PrintError(shell_.err, About(report_.output.native(), saved.cause));
+    const bool replaceable = saved.status == SaveStatus::kTargetExists;
+    PrintError(shell_.err, About(report_.output.native(),
+                                 saved.cause + (replaceable ? "; --overwrite replaces it" : "")));
     if (saved.status == SaveStatus::kOutOfMemory) return ExitStatus::kMemory;
     return saved.status == SaveStatus::kNoPicture ? ExitStatus::kFailed : ExitStatus::kOutput;
   }

@@ -31,8 +31,12 @@ void WatchSignals(base::RunControl& control) {
   action.sa_handler = HandleSignal;
   sigaction(SIGINT, &action, nullptr);
   sigaction(SIGTERM, &action, nullptr);
+  struct sigaction inherited = {};
+  const bool keepsRunning = sigaction(SIGHUP, nullptr, &inherited) == 0 && inherited.sa_handler == SIG_IGN;
+  if (!keepsRunning) sigaction(SIGHUP, &action, nullptr);
   action.sa_handler = SIG_IGN;
   sigaction(SIGPIPE, &action, nullptr);
+  sigaction(SIGXFSZ, &action, nullptr);
 }
 
 int CaughtSignal() {
