@@ -28,28 +28,15 @@ PicBuf Padded(SBxPicBuf& source) {
   return padded;
 }
 
-int RunFilter(EngineContext& context, SBxPicBuf& destination, const SBxPicBuf& source, const SBxPicBuf& guide,
-              const PlaneSettings& settings) {
-  const double dynamicity = 2.0 * settings.dynamics;
+int RunFilter(EngineContext& context, PlaneJob job, const PlaneSettings& settings) {
   if (settings.useGpu && context.card != nullptr && context.card->HardwareUsable()) {
-    const CardPlaneJob job{&destination,
-                           &source,
-                           &guide,
-                           settings.strength,
-                           settings.quality,
-                           dynamicity,
-                           settings.progressWindow,
-                           EffectiveNoiseLevel(settings.noiseLevel, settings.dynamics, guide)};
+    job.noiseLevel = EffectiveNoiseLevel(settings.noiseLevel, settings.dynamics, *job.guide);
     if (!context.card->FilterPlane(job)) return 0;
   }
-  const auto run = source.bitsPerComponent == 8 ? DenoiseKernel8 : DenoiseKernel16;
-  const auto runThreaded = source.bitsPerComponent == 8 ? DenoiseKernel8Threaded : DenoiseKernel16Threaded;
-  if (settings.threads == 1) {
-    return run(context, destination, source, guide, settings.strength, settings.quality, dynamicity,
-               settings.progressWindow);
-  }
-  return runThreaded(context, destination, source, guide, settings.strength, settings.quality, dynamicity,
-                     settings.progressWindow, settings.threads);
+  const bool deep = job.source->bitsPerComponent != 8;
+  if (settings.threads == 1) return deep ? DenoiseKernel16(context, job) : DenoiseKernel8(context, job);
+  return deep ? DenoiseKernel16Threaded(context, job, settings.threads)
+              : DenoiseKernel8Threaded(context, job, settings.threads);
 }
 
 // Filters one padded component; 1 when memory was refused.
@@ -58,7 +45,10 @@ int FilterComponent(EngineContext& context, PicBuf& destination, const PicBuf& s
   PicBuf guide;
   CBxPicBufAPI::Copy(guide, source);
   if (guide.empty() || CBxPicBufAPI::ConvertBpcComp(guide, 8, 1) == 0) return 1;
-  return RunFilter(context, destination, source, guide, settings);
+  const PlaneJob job{
+      &destination.record(), &source.record(),        &guide.record(),         settings.strength,
+      settings.quality,      2.0 * settings.dynamics, settings.progressWindow, 0.0};
+  return RunFilter(context, job, settings);
 }
 
 int FilterComponents(EngineContext& context, PicBuf& destination, PicBuf& source,

@@ -10,17 +10,17 @@
 
 namespace mirellon::engine {
 
-// What the plane filter hands to a card: padded pictures of even sides and one geometry, the source's 8-bit
-// guide, and the effective noise level.
-struct CardPlaneJob {
-  picture::SBxPicBuf* destination;
-  const picture::SBxPicBuf* source;
-  const picture::SBxPicBuf* guide;
-  double strength;
-  std::uint32_t quality;
-  double dynamicity;  // twice m_dDynamics
-  base::ProgressSink* progressWindow;
-  double noiseLevel;
+// What the plane filter hands to a kernel or a card: pictures of one component, even sides and one geometry,
+// and the source's 8-bit copy, the guide.
+struct PlaneJob {
+  picture::SBxPicBuf* destination = nullptr;  // with storage
+  const picture::SBxPicBuf* source = nullptr;
+  const picture::SBxPicBuf* guide = nullptr;
+  double strength = 0.0;
+  std::uint32_t quality = 0;
+  double dynamicity = 0.0;                       // twice m_dDynamics
+  base::ProgressSink* progressWindow = nullptr;  // null: no progress
+  double noiseLevel = 0.0;  // the effective one; only a card reads it, and only one is given it
 };
 
 // The graphics card, as far as the engine knows it.
@@ -34,7 +34,7 @@ class CardFilter {
   [[nodiscard]] virtual bool HardwareUsable() const = 0;
   [[nodiscard]] virtual int MaxTileSide() const = 0;  // pixels
   // True = failed; the processor then filters the plane.
-  [[nodiscard]] virtual bool FilterPlane(const CardPlaneJob& job) = 0;
+  [[nodiscard]] virtual bool FilterPlane(const PlaneJob& job) = 0;
 };
 
 // Owned by the application, one per program (tests make one each), handed down by reference.

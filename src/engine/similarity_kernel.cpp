@@ -134,13 +134,11 @@ void FilterBand(const EngineContext& context, const SimilarityBand& band, std::u
   }
 }
 
-int RunKernel(EngineContext& context, SBxPicBuf& destination, const SBxPicBuf& source, const SBxPicBuf& guide,
-              double strength, std::uint32_t quality, double dynamicity, ProgressSink* progressWindow,
-              std::uint32_t threads) {
-  const auto tables = context.weightTables.Acquire(dynamicity, std::pow(strength, 3.5));
+int RunKernel(EngineContext& context, const PlaneJob& job, std::uint32_t threads) {
+  const auto tables = context.weightTables.Acquire(job.dynamicity, std::pow(job.strength, 3.5));
   if (tables == nullptr) return 1;
   WorkPicture work;
-  if (work.Build(source, guide, SearchWindow(quality) / 2)) return 1;
+  if (work.Build(*job.source, *job.guide, SearchWindow(job.quality) / 2)) return 1;
   const std::uint32_t usedThreads = std::clamp<std::uint32_t>(threads, 1, kMostKernelThreads);
   const BandPlan plan = PlanBands(work.planes(), usedThreads);
   std::vector<BandStorage> storage;
@@ -151,13 +149,14 @@ int RunKernel(EngineContext& context, SBxPicBuf& destination, const SBxPicBuf& s
   } catch (const std::bad_alloc&) {
     return 1;
   }
-  KernelProgress progress(progressWindow, DisplacementCount(quality), plan.bands, usedThreads);
+  KernelProgress progress(job.progressWindow, DisplacementCount(job.quality), plan.bands, usedThreads);
   ParallelFor(usedThreads, plan.bands, [&](int index, std::uint32_t thread) {
     if (context.control.Aborted()) return;
     const int first = plan.First(index);
     const SimilarityBand band = storage[thread].Band(first, plan.First(index + 1) - first);
-    FilterBand(context, band, quality, progress, thread == 0);
+    FilterBand(context, band, job.quality, progress, thread == 0);
     if (context.control.Aborted()) return;
+    SBxPicBuf& destination = *job.destination;
     NormaliseBand(band, Row<unsigned char>(destination, 2 * first), destination.rowStride,
                   destination.bitsPerComponent);
   });
@@ -183,30 +182,21 @@ int DisplacementCount(std::uint32_t quality) {
   return side * side / 2 + 1;
 }
 
-int DenoiseKernel8(EngineContext& context, SBxPicBuf& destination, const SBxPicBuf& source,
-                   const SBxPicBuf& guide, double strength, std::uint32_t quality, double dynamicity,
-                   ProgressSink* progressWindow) {
-  return RunKernel(context, destination, source, guide, strength, quality, dynamicity, progressWindow, 1);
+// The depths differ in what the work picture holds, and share everything else.
+int DenoiseKernel8(EngineContext& context, const PlaneJob& job) {
+  return RunKernel(context, job, 1);
 }
 
-int DenoiseKernel8Threaded(EngineContext& context, SBxPicBuf& destination, const SBxPicBuf& source,
-                           const SBxPicBuf& guide, double strength, std::uint32_t quality, double dynamicity,
-                           ProgressSink* progressWindow, std::uint32_t threads) {
-  return RunKernel(context, destination, source, guide, strength, quality, dynamicity, progressWindow,
-                   threads);
+int DenoiseKernel8Threaded(EngineContext& context, const PlaneJob& job, std::uint32_t threads) {
+  return RunKernel(context, job, threads);
 }
 
-int DenoiseKernel16(EngineContext& context, SBxPicBuf& destination, const SBxPicBuf& source,
-                    const SBxPicBuf& guide, double strength, std::uint32_t quality, double dynamicity,
-                    ProgressSink* progressWindow) {
-  return RunKernel(context, destination, source, guide, strength, quality, dynamicity, progressWindow, 1);
+int DenoiseKernel16(EngineContext& context, const PlaneJob& job) {
+  return RunKernel(context, job, 1);
 }
 
-int DenoiseKernel16Threaded(EngineContext& context, SBxPicBuf& destination, const SBxPicBuf& source,
-                            const SBxPicBuf& guide, double strength, std::uint32_t quality, double dynamicity,
-                            ProgressSink* progressWindow, std::uint32_t threads) {
-  return RunKernel(context, destination, source, guide, strength, quality, dynamicity, progressWindow,
-                   threads);
+int DenoiseKernel16Threaded(EngineContext& context, const PlaneJob& job, std::uint32_t threads) {
+  return RunKernel(context, job, threads);
 }
 
 }  // namespace mirellon::engine

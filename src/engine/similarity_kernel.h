@@ -7,9 +7,7 @@
 
 #include <cstdint>
 
-#include "base/progress_sink.h"
 #include "engine/engine_context.h"
-#include "picture/pic_buf_api.h"
 
 namespace mirellon::engine {
 
@@ -21,25 +19,14 @@ namespace mirellon::engine {
 // The kernels never use more threads than this.
 inline constexpr std::uint32_t kMostKernelThreads = 16;
 
-// Filter `source` into `destination`: one component, even sides, the same geometry, with storage; 8 or 16
-// bits as the name says. `guide` is the source's 8-bit copy: it decides the weights. The filter's variance is
-// strength^3.5; dynamicity is twice the parameter m_dDynamics. `progressWindow` may be null, else it advances
-// by one for each displacement that falls to the calling thread when `threads` share them. Returns 0 when
-// done or aborted (the destination is then left as it was, in part), 1 when memory for tables or work
-// pictures was refused. The measured noise level plays no part on the processor.
-int DenoiseKernel8(EngineContext& context, picture::SBxPicBuf& destination, const picture::SBxPicBuf& source,
-                   const picture::SBxPicBuf& guide, double strength, std::uint32_t quality, double dynamicity,
-                   base::ProgressSink* progressWindow);
-int DenoiseKernel8Threaded(EngineContext& context, picture::SBxPicBuf& destination,
-                           const picture::SBxPicBuf& source, const picture::SBxPicBuf& guide, double strength,
-                           std::uint32_t quality, double dynamicity, base::ProgressSink* progressWindow,
-                           std::uint32_t threads);
-int DenoiseKernel16(EngineContext& context, picture::SBxPicBuf& destination, const picture::SBxPicBuf& source,
-                    const picture::SBxPicBuf& guide, double strength, std::uint32_t quality,
-                    double dynamicity, base::ProgressSink* progressWindow);
-int DenoiseKernel16Threaded(EngineContext& context, picture::SBxPicBuf& destination,
-                            const picture::SBxPicBuf& source, const picture::SBxPicBuf& guide,
-                            double strength, std::uint32_t quality, double dynamicity,
-                            base::ProgressSink* progressWindow, std::uint32_t threads);
+// Filter the job's source into its destination, 8 or 16 bits as the name says; the filter's variance is
+// strength^3.5. The job's progress advances by one for each displacement that falls to the calling thread
+// when `threads` share them. Return 0 when done or aborted (the destination is then left as it was, in part),
+// 1 when memory for tables or work pictures was refused. The measured noise level plays no part on the
+// processor.
+int DenoiseKernel8(EngineContext& context, const PlaneJob& job);
+int DenoiseKernel8Threaded(EngineContext& context, const PlaneJob& job, std::uint32_t threads);
+int DenoiseKernel16(EngineContext& context, const PlaneJob& job);
+int DenoiseKernel16Threaded(EngineContext& context, const PlaneJob& job, std::uint32_t threads);
 
 }  // namespace mirellon::engine

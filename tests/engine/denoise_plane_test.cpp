@@ -11,8 +11,8 @@ namespace mirellon {
 namespace {
 
 using engine::CardFilter;
-using engine::CardPlaneJob;
 using engine::EngineContext;
+using engine::PlaneJob;
 using engine::PlaneSettings;
 using picture::PicBuf;
 
@@ -21,7 +21,7 @@ class FakeCard : public CardFilter {
  public:
   [[nodiscard]] bool HardwareUsable() const override { return usable; }
   [[nodiscard]] int MaxTileSide() const override { return 1000; }
-  [[nodiscard]] bool FilterPlane(const CardPlaneJob& job) override {
+  [[nodiscard]] bool FilterPlane(const PlaneJob& job) override {
     last = job;
     guideSample = test::Sample(*job.guide, 0, 0);
     width = job.source->width;
@@ -33,7 +33,7 @@ class FakeCard : public CardFilter {
 
   bool usable = true;
   bool fail = false;
-  std::optional<CardPlaneJob> last;
+  std::optional<PlaneJob> last;
   unsigned guideSample = 0;
   int width = 0;
 };
