@@ -21,14 +21,20 @@ using base::ChildResult;
 constexpr const char* kSourceName = "source";
 constexpr const char* kNotCopied = "the metadata was not copied: ";
 
-// The tool's first line that starts so, without the line's end; empty when there is none.
+// The first of the tool's lines that starts so and tells of more than a trifle; empty when there is none.
 std::string LineStarting(std::string_view output, std::string_view start) {
   while (!output.empty()) {
     const std::string_view line = output.substr(0, output.find('\n'));
-    if (line.substr(0, start.size()) == start) return base::PrintableName(line);
+    const bool trifle = line.find("[minor]") != std::string_view::npos ||
+                        line.find("No writable tags set") != std::string_view::npos;
+    if (line.substr(0, start.size()) == start && !trifle) return base::PrintableName(line);
     output.remove_prefix(std::min(output.size(), line.size() + 1));
   }
   return {};
+}
+
+std::string InBrackets(const std::string& text) {
+  return text.empty() ? text : " (" + text + ")";
 }
 
 std::string WarningOf(const ChildResult& result) {
@@ -36,16 +42,17 @@ std::string WarningOf(const ChildResult& result) {
     case ChildResult::End::kExited:
       break;
     case ChildResult::End::kNotStarted:
-      return std::string(kNotCopied) + (result.error == ENOENT
-                                            ? "exiftool is not installed"
-                                            : "exiftool cannot be started: " + base::ErrorText(result.error));
+      // A folder of PATH that may not be searched makes a missing program one that is not permitted.
+      if (result.error == ENOENT || result.error == EACCES)
+        return std::string(kNotCopied) + "exiftool is not installed";
+      return std::string(kNotCopied) + "exiftool cannot be started: " + base::ErrorText(result.error);
     default:
       return std::string(kNotCopied) + "exiftool did not come to its end";
   }
   if (result.status == 0) return {};
   std::string why = LineStarting(result.output, "Error");
-  if (why.empty()) why = base::PrintableName(result.output.substr(0, result.output.find('\n')));
-  return std::string(kNotCopied) + "exiftool failed" + (why.empty() ? "" : " (" + why + ")");
+  if (why.empty()) why = LineStarting(result.output, "");
+  return std::string(kNotCopied) + "exiftool failed" + InBrackets(why);
 }
 
 // A second name for the encoded picture, for the tool to work on: it puts a new file in that name's place,
@@ -86,7 +93,9 @@ std::string CopyMetadata(const fs::path& source, const fs::path& workFile, FREE_
   if (!warning.empty()) return warning;
   if (!LooksWhole(tagged, workFile)) return std::string(kNotCopied) + "exiftool left a damaged file";
   fs::rename(tagged, workFile, error);
-  return error ? kNotCopied + error.message() : std::string();
+  if (error) return kNotCopied + error.message();
+  const std::string complaint = LineStarting(result.output, "Warning");
+  return complaint.empty() ? complaint : "the metadata may be incomplete" + InBrackets(complaint);
 }
 
 }  // namespace mirellon::imageio

@@ -29,7 +29,8 @@ struct SaveOptions {
   std::optional<int> jpegQuality;  // percent; none: the quality stored in the settings file
   bool metadata = true;            // copy EXIF and the ICC profile from document.currentPath
   bool overwrite = true;
-  std::filesystem::path applicationData;      // where the settings live (base::ApplicationDataFolder())
+  // Where the settings live (base::ApplicationDataFolder()); empty: none are read (quality 85) or written.
+  std::filesystem::path applicationData;
   const base::RunControl* control = nullptr;  // null: cannot be aborted
 };
 

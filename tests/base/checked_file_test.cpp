@@ -3,19 +3,16 @@
 #include <cerrno>
 #include <csignal>
 #include <fstream>
-#include <functional>
 #include <iterator>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <sched.h>
-#include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
+#include "support/small_disk.h"
 #include "support/temporary_folder.h"
 
 namespace mirellon::base {
@@ -167,24 +164,13 @@ TEST(CheckedFileTest, AnAbortRequestFailsTheNextStep) {
   EXPECT_TRUE(Names(folder.path()).empty());
 }
 
-// Runs in a child process, whose limits and mounts are its own; the answer is its exit status.
-int InChild(const std::function<int()>& run) {
-  const pid_t child = fork();
-  if (child == 0) _exit(run());
-  int status = 0;
-  waitpid(child, &status, 0);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
-constexpr int kCannotTest = 200;
-
 TEST(CheckedFileTest, TellsOfAFileThatMayNotGrow) {
   const TemporaryFolder folder;
   ASSERT_EQ(Replace(folder / "file", "old"), 0);
-  const int error = InChild([&folder] {
+  const int error = test::RunInChild([&folder] {
     std::signal(SIGXFSZ, SIG_IGN);
     const rlimit limit{600000, 600000};
-    if (setrlimit(RLIMIT_FSIZE, &limit) != 0) return kCannotTest;
+    if (setrlimit(RLIMIT_FSIZE, &limit) != 0) return test::kCannotTest;
     return Replace(folder / "file", std::string(1000000, 'x'));
   });
   EXPECT_EQ(error, EFBIG);
@@ -194,17 +180,14 @@ TEST(CheckedFileTest, TellsOfAFileThatMayNotGrow) {
 
 TEST(CheckedFileTest, TellsOfAFullDisk) {
   const TemporaryFolder folder;
-  const int error = InChild([&folder] {
-    const int spaces = geteuid() == 0 ? CLONE_NEWNS : CLONE_NEWUSER | CLONE_NEWNS;
-    if (unshare(spaces) != 0) return kCannotTest;
-    if (mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) return kCannotTest;
-    if (mount("none", folder.path().c_str(), "tmpfs", 0, "size=512k") != 0) return kCannotTest;
+  const int error = test::RunInChild([&folder] {
+    if (!test::MountSmallDisk(folder.path(), "512k")) return test::kCannotTest;
     if (Replace(folder / "file", "old") != 0) return 1;
     const int full = Replace(folder / "file", std::string(1000000, 'x'));
     if (Content(folder / "file") != "old" || Names(folder.path()).size() != 1) return 2;
     return full;
   });
-  if (error == kCannotTest) GTEST_SKIP() << "no file system may be mounted here";
+  if (error == test::kCannotTest) GTEST_SKIP() << "no file system may be mounted here";
   EXPECT_EQ(error, ENOSPC);
   EXPECT_EQ(ErrorText(ENOSPC), "No space left on device");
 }

@@ -37,7 +37,7 @@ TEST(ChildProcessTest, TellsHowItEnded) {
       {{"cat"}, End::kExited, 0, 0, ""},  // no input
       {{"pwd"}, End::kExited, 0, 0, folder.path().string() + "\n"},
       {{"sh", "-c", "kill -TERM $$"}, End::kKilled, SIGTERM, 0, ""},
-      {{"a-program-that-nobody-has"}, End::kNotStarted, 0, ENOENT, ""},
+      {{"/no/such/program"}, End::kNotStarted, 0, ENOENT, ""},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.arguments.back());

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <fcntl.h>
@@ -259,6 +260,23 @@ TEST(LoadImageTest, TruncatedFilesFailOrWarn) {
     } else {
       EXPECT_EQ(loaded.report.status, LoadStatus::kDamaged);
     }
+  }
+}
+
+TEST(LoadImageTest, ThreadsHearOnlyTheirOwnComplaints) {
+  const TemporaryFolder folder;
+  ASSERT_TRUE(SaveBitmap(FIF_JPEG, test::NoiseBitmap(FIT_BITMAP, 64, 64, 24), folder / "whole.jpg"));
+  const std::string bytes = ReadBytes(folder / "whole.jpg");
+  WriteBytes(folder / "cut.jpg", bytes.substr(0, bytes.size() / 2));
+  std::vector<std::jthread> threads;
+  for (int thread = 0; thread < 4; ++thread) {
+    threads.emplace_back([&folder, cut = thread % 2 == 1] {
+      for (int i = 0; i < 25; ++i) {
+        const Loaded loaded = Load(folder / (cut ? "cut.jpg" : "whole.jpg"));
+        EXPECT_FALSE(loaded.failed);
+        EXPECT_EQ(loaded.report.warning.empty(), !cut);
+      }
+    });
   }
 }
 

@@ -152,6 +152,8 @@ TEST(MetadataTransferTest, AFaultOfTheToolCostsOnlyTheMetadata) {
       {"echo 'Warning: odd' >&2\necho 'Error: no good' >&2\nexit 1\n",
        start + "exiftool failed (Error: no good)"},
       {"exit 2\n", start + "exiftool failed"},
+      {"echo 'Warning: [minor] odd'\necho 'Warning: No writable tags set from source'\n", ""},
+      {"echo 'Warning: [minor] odd'\necho 'Warning: Bad'\n", "the metadata may be incomplete (Warning: Bad)"},
       {"kill -KILL $$\n", start + "exiftool did not come to its end"},
       {"for last; do :; done\nrm \"$last\"\necho broken > \"$last\"\nexit 1\n", start + "exiftool failed"},
       {"for last; do :; done\nrm \"$last\"\n: > \"$last\"\n", start + "exiftool left a damaged file"},
@@ -162,7 +164,7 @@ TEST(MetadataTransferTest, AFaultOfTheToolCostsOnlyTheMetadata) {
     fs::path target = folder / "out.png";
     const SaveReport report = Save(picture, target, folder / "source.jpg");
     EXPECT_EQ(report.status, SaveStatus::kSaved) << report.cause;
-    EXPECT_EQ(report.warnings, std::vector<std::string>{warning});
+    EXPECT_EQ(report.warnings, std::vector<std::string>(warning.empty() ? 0 : 1, warning));
     Document document;
     ASSERT_FALSE(LoadImageFile(document, target, true));
     EXPECT_TRUE(test::SamePicture(document.source, picture));
