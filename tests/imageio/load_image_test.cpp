@@ -269,6 +269,7 @@ TEST(LoadImageTest, ThreadsHearOnlyTheirOwnComplaints) {
   const std::string bytes = ReadBytes(folder / "whole.jpg");
   WriteBytes(folder / "cut.jpg", bytes.substr(0, bytes.size() / 2));
   std::vector<std::jthread> threads;
+  threads.reserve(4);
   for (int thread = 0; thread < 4; ++thread) {
     threads.emplace_back([&folder, cut = thread % 2 == 1] {
       for (int i = 0; i < 25; ++i) {
