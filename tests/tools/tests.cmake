@@ -1,0 +1,1 @@
+mirellon_add_test(tools/sample LINK mirellon_sample mirellon_engine)
