@@ -26,6 +26,7 @@ class CommandLineTest : public ::testing::Test {
  protected:
   ExitStatus Run(const std::vector<std::string>& arguments) {
     std::vector<const char*> args;
+    args.reserve(arguments.size());
     for (const std::string& argument : arguments) args.push_back(argument.c_str());
     out_.str("");
     err_.str("");
@@ -186,16 +187,16 @@ TEST_F(CommandLineTest, OverwriteReplacesAnExistingTarget) {
 TEST_F(CommandLineTest, ProgressFollowsItsModeAndTheTerminal) {
   Save(test::PhotoLikePicture(64, 48, 3, 8, 8), "photo.png");
   const struct {
-    bool terminal;
     std::vector<std::string> options;
+    bool terminal;
     bool drawn;
   } cases[] = {
-      {false, {}, false},
-      {true, {}, true},
-      {false, {"--progress", "always"}, true},
-      {true, {"--progress", "never"}, false},
-      {true, {"--quiet"}, false},
-      {false, {"--progress", "always", "--quiet"}, false},
+      {{}, false, false},
+      {{}, true, true},
+      {{"--progress", "always"}, false, true},
+      {{"--progress", "never"}, true, false},
+      {{"--quiet"}, true, false},
+      {{"--progress", "always", "--quiet"}, false, false},
   };
   for (const auto& c : cases) {
     shell_.errIsTerminal = c.terminal;
