@@ -1,8 +1,14 @@
 #include "engine/whole_picture.h"
 
 #include <algorithm>
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <thread>
+#include <vector>
 
 #include "engine/denoise_image.h"
+#include "engine/parallel_for.h"
 #include "engine/tile_plan.h"
 #include "picture/pic_buf.h"
 
@@ -29,9 +35,9 @@ RunPlan PlanRun(const EngineContext& context, const DenoiseRequest& request) {
   const bool cardUsable = context.card != nullptr && context.card->HardwareUsable();
   RunPlan plan{request, kTileSide, 0, 0};
   plan.request.useGpu = request.useGpu && cardUsable;
-  plan.request.threads = context.processorCount;
+  plan.request.threads = std::max<std::uint32_t>(context.processorCount, 1);
   if (plan.request.useGpu) plan.tileSide = std::min(kTileSide, context.card->MaxTileSide());
-  plan.steps = ProgressSteps(request.quality, plan.request.useGpu ? 1 : context.processorCount);
+  plan.steps = ProgressSteps(request.quality, plan.request.useGpu ? 1 : plan.request.threads);
   plan.range =
       ProgressRange(plan.steps, request.source->components, request.strengthChromaLarge, plan.request.useGpu);
   return plan;
@@ -72,6 +78,52 @@ bool DenoiseTile(EngineContext& context, const RunPlan& plan, const Tile& tile) 
   return true;
 }
 
+// Denoises a tile, or, when the run has ended early, leaves it as it was. False when memory was refused.
+bool FinishTile(EngineContext& context, const RunPlan& plan, const Tile& tile, bool endedEarly) {
+  if (!endedEarly && !context.control.Aborted()) return DenoiseTile(context, plan, tile);
+  const picture::CBxPoint<int> origin{tile.inner.left, tile.inner.top};
+  CBxPicBufAPI::CopyRect(*plan.request.destination, *plan.request.source, origin, origin, SizeOf(tile.inner));
+  return true;
+}
+
+// Collects the steps of tiles that run side by side, each on one thread, and passes them on from the calling
+// thread: as many as if all threads had shared each tile.
+class TileProgress : public ProgressSink {
+ public:
+  TileProgress(ProgressSink* sink, std::uint32_t threads) : sink_(sink), threads_(threads) {}
+
+  void SetRange(int low, int high) override { sink_->SetRange(low, high); }
+  void SetPosition(int position) override { sink_->SetPosition(position); }
+  void SetStep(int step) override { sink_->SetStep(step); }
+  void Advance(int n) override {
+    const std::int64_t steps = steps_.fetch_add(n, std::memory_order_relaxed) + n;
+    if (std::this_thread::get_id() != owner_) return;
+    for (; shown_ < steps / threads_; ++shown_) sink_->Advance(1);
+  }
+
+ private:
+  ProgressSink* sink_;
+  std::uint32_t threads_;
+  std::thread::id owner_ = std::this_thread::get_id();
+  std::int64_t shown_ = 0;
+  std::atomic<std::int64_t> steps_{0};
+};
+
+// Denoises the first tiles side by side, each on one thread, so that conversion, medians and pyramids are
+// shared too. False when memory was refused.
+bool DenoiseSideBySide(EngineContext& context, const RunPlan& plan, const std::vector<Tile>& tiles,
+                       std::size_t count) {
+  RunPlan single = plan;
+  TileProgress progress(plan.request.progressWindow, plan.request.threads);
+  if (plan.request.progressWindow != nullptr) single.request.progressWindow = &progress;
+  single.request.threads = 1;
+  std::atomic<bool> refused{false};
+  ParallelFor(plan.request.threads, static_cast<int>(count), [&](int i, std::uint32_t) {
+    if (!FinishTile(context, single, tiles[static_cast<std::size_t>(i)], refused)) refused = true;
+  });
+  return !refused;
+}
+
 bool DenoiseTiled(EngineContext& context, const RunPlan& plan) {
   SBxPicBuf& source = *plan.request.source;
   SBxPicBuf& destination = *plan.request.destination;
@@ -81,14 +133,11 @@ bool DenoiseTiled(EngineContext& context, const RunPlan& plan) {
                 plan.request.colour ? count * plan.range : count * plan.steps / 2);
   CBxPicBufAPI::ReinitHeap(destination, source);
   if (destination.samples == nullptr) return false;
-  bool done = true;
-  for (const Tile& tile : tiles) {
-    if (done && !context.control.Aborted()) {
-      done = DenoiseTile(context, plan, tile);
-    } else {  // what an aborted run did not reach stays as it was
-      CBxPicBufAPI::CopyRect(destination, source, {tile.inner.left, tile.inner.top},
-                             {tile.inner.left, tile.inner.top}, SizeOf(tile.inner));
-    }
+  // As many tiles side by side as give every thread the same number; all threads share each of the rest.
+  const std::size_t sideBySide = plan.request.useGpu ? 0 : tiles.size() - tiles.size() % plan.request.threads;
+  bool done = DenoiseSideBySide(context, plan, tiles, sideBySide);
+  for (std::size_t i = sideBySide; i < tiles.size(); ++i) {
+    if (!FinishTile(context, plan, tiles[i], !done)) done = false;
   }
   return done;
 }
