@@ -198,9 +198,10 @@ HWY_INLINE void LookUpFour(const std::uint16_t* HWY_RESTRICT table, const std::u
 }
 
 // Where a whole vector of distances lies beyond the table nothing needs looking up.
-inline void PairWeights(const std::uint16_t* HWY_RESTRICT table, int zero,
-                        const std::uint16_t* HWY_RESTRICT first, const std::uint16_t* HWY_RESTRICT second,
-                        std::uint32_t* HWY_RESTRICT weights, int count) {
+inline void PairWeightsFromMemory(const std::uint16_t* HWY_RESTRICT table, int zero,
+                                  const std::uint16_t* HWY_RESTRICT first,
+                                  const std::uint16_t* HWY_RESTRICT second,
+                                  std::uint32_t* HWY_RESTRICT weights, int count) {
   const D16 d16;
   const D32 d32;
   const auto lanes = static_cast<std::ptrdiff_t>(hn::Lanes(d16));
@@ -214,6 +215,55 @@ inline void PairWeights(const std::uint16_t* HWY_RESTRICT table, int zero,
     }
     for (std::ptrdiff_t k = j; k < j + lanes; k += 4) LookUpFour(table, first + k, second + k, weights + k);
   }
+}
+
+#if HWY_TARGET == HWY_AVX3
+
+// Weights of 32 distances from registers: two hold 64 entries, of which one instruction picks 32. The parts
+// of the table are gone through as far as a lane needs them; a distance of `zero` needs none.
+HWY_INLINE __m512i LookUp32(const std::uint16_t* HWY_RESTRICT table, __m512i zero, __m512i distances) {
+  const __mmask32 near = _mm512_cmplt_epu16_mask(distances, zero);
+  __mmask32 wanted = near;
+  __m512i weights = _mm512_setzero_si512();
+  for (std::ptrdiff_t part = 0; wanted != 0; part += kTableStep) {
+    const __m512i lower = _mm512_load_si512(table + part);
+    const __m512i upper = _mm512_load_si512(table + part + kTableStep / 2);
+    weights = _mm512_mask_mov_epi16(weights, wanted, _mm512_permutex2var_epi16(lower, distances, upper));
+    const __m512i next = _mm512_set1_epi16(static_cast<std::int16_t>(part + kTableStep));
+    wanted = _mm512_mask_cmpge_epu16_mask(near, distances, next);
+  }
+  return weights;
+}
+
+inline void PairWeightsFromRegisters(const std::uint16_t* HWY_RESTRICT table, int zero,
+                                     const std::uint16_t* HWY_RESTRICT first,
+                                     const std::uint16_t* HWY_RESTRICT second,
+                                     std::uint32_t* HWY_RESTRICT weights, int count) {
+  const __m512i limit = _mm512_set1_epi16(static_cast<std::int16_t>(zero));
+  HWY_ALIGN std::uint16_t order[64];  // of the interleaved lanes: those of the second operand begin at 32
+  for (std::uint16_t i = 0; i < 64; ++i) order[i] = static_cast<std::uint16_t>(i / 2 + i % 2 * 32);
+  const __m512i lowerOrder = _mm512_load_si512(order);
+  const __m512i upperOrder = _mm512_load_si512(order + 32);
+  for (std::ptrdiff_t j = 0; j < count; j += 32) {
+    const __m512i firsts = LookUp32(table, limit, _mm512_loadu_si512(first + j));
+    const __m512i seconds = LookUp32(table, limit, _mm512_loadu_si512(second + j));
+    _mm512_storeu_si512(weights + j, _mm512_permutex2var_epi16(firsts, lowerOrder, seconds));
+    _mm512_storeu_si512(weights + j + 16, _mm512_permutex2var_epi16(firsts, upperOrder, seconds));
+  }
+}
+
+#endif  // HWY_TARGET == HWY_AVX3
+
+inline void PairWeights(const std::uint16_t* HWY_RESTRICT table, int zero,
+                        const std::uint16_t* HWY_RESTRICT first, const std::uint16_t* HWY_RESTRICT second,
+                        std::uint32_t* HWY_RESTRICT weights, int count) {
+#if HWY_TARGET == HWY_AVX3
+  // Longer tables (strengths above 12) are no quicker from registers than from memory.
+  constexpr int kMostParts = 4;
+  if (zero < kMostParts * kTableStep)
+    return PairWeightsFromRegisters(table, zero, first, second, weights, count);
+#endif
+  PairWeightsFromMemory(table, zero, first, second, weights, count);
 }
 
 inline void SamplePairs(const std::uint8_t* HWY_RESTRICT first, const std::uint8_t* HWY_RESTRICT second,

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <new>
+#include <vector>
 
 namespace mirellon::engine {
 
@@ -46,13 +47,16 @@ WeightTables::WeightTables(double dynamicity, double variance) {
                                 BuildTable(Divisor(kIntensities - 1, dynamicity, variance)).size());
   // One zero more, so that the last entry is zero even if the longest table has no zero of its own.
   storedEntries_ = static_cast<int>(longest) + 1;
-  tableStride_ = distinct == 1 ? 0 : static_cast<std::size_t>(storedEntries_);
-  weights_.resize(static_cast<std::size_t>(storedEntries_) * static_cast<std::size_t>(distinct));
+  constexpr std::size_t kStep = kTableStep;
+  const std::size_t length = (longest + 1 + kStep - 1) / kStep * kStep;
+  tableStride_ = distinct == 1 ? 0 : length;
+  const std::size_t all = length * static_cast<std::size_t>(distinct);
+  weights_ = hwy::AllocateAligned<std::uint16_t>(all);
+  if (weights_ == nullptr) throw std::bad_alloc();
+  std::fill_n(weights_.get(), all, std::uint16_t{0});
   for (int v = 0; v < distinct; ++v) {
     const std::vector<std::uint16_t> table = BuildTable(Divisor(v, dynamicity, variance));
-    std::copy(
-        table.begin(), table.end(),
-        weights_.begin() + static_cast<std::ptrdiff_t>(v) * static_cast<std::ptrdiff_t>(storedEntries_));
+    std::copy(table.begin(), table.end(), weights_.get() + static_cast<std::size_t>(v) * length);
   }
 }
 

@@ -6,13 +6,15 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
-#include <vector>
+
+#include "hwy/aligned_allocator.h"
 
 namespace mirellon::engine {
 
 inline constexpr int kWeightEntries = 9216;         // patch distances 0 to 9215; a distance never passes 9180
 inline constexpr std::uint32_t kWeightOne = 10000;  // weights are integers scaled by this
 inline constexpr int kIntensities = 256;
+inline constexpr int kTableStep = 64;  // tables are stored in whole steps of so many entries
 
 // Weights for one pair (dynamicity d, variance s): for intensity v and patch distance p
 //   W_v(p) = floor(exp(-p^3 / 300 / D_v) * 10000 + 0.5),  W_v(0) = 10000,
@@ -35,14 +37,14 @@ class WeightTables {
   // The storedEntries() weights of intensity v; consecutive intensities lie tableStride() entries apart, 0
   // when all share one table.
   [[nodiscard]] const std::uint16_t* Table(int v) const {
-    return weights_.data() + static_cast<std::size_t>(v) * tableStride_;
+    return weights_.get() + static_cast<std::size_t>(v) * tableStride_;
   }
   [[nodiscard]] std::size_t tableStride() const { return tableStride_; }
 
  private:
   int storedEntries_ = 0;
   std::size_t tableStride_ = 0;
-  std::vector<std::uint16_t> weights_;
+  hwy::AlignedFreeUniquePtr<std::uint16_t[]> weights_;
 };
 
 // Seven slots used as a ring. Previews and tiles ask again and again for the same few pairs. Safe from any
