@@ -73,7 +73,7 @@ inline std::uint16_t* TripleRow(const SimilarityBand& band, int displacement, in
 inline void FindBlockSums(const SimilarityBand& band, const Walk& walk, int row, int dx) {
   const WorkPlanes& planes = *band.planes;
   const std::ptrdiff_t column = walk.firstColumn - 1;
-  const std::uint8_t* start = planes.high + 2 * row * planes.stride + 2 * column;
+  const std::uint8_t* start = planes.high + 2 * std::ptrdiff_t{row} * planes.stride + 2 * column;
   const std::ptrdiff_t away = walk.displacements.dy * planes.stride + dx;
   BlockSums(start, start + away, planes.stride, band.blockSums, walk.columns + 2);
 }

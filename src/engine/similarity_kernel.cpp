@@ -33,9 +33,9 @@ class BandStorage {
     highSum_.resize(rows * stride * 4);
     if (planes.low != nullptr) lowSum_.resize(rows * stride * 4);
     blockSums_.resize(stride);
-    tripleSums_.resize(3 * kMostDisplacementsPerRow * stride);
+    tripleSums_.resize(3 * std::size_t{kMostDisplacementsPerRow} * stride);
     distances_.resize(3 * stride);
-    weights_.resize(2 * kMostPairs * stride);
+    weights_.resize(2 * std::size_t{kMostPairs} * stride);
     samplePairs_.resize(4 * stride);
     band_.planes = &planes;
     band_.tables = &tables;
