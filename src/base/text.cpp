@@ -67,6 +67,13 @@ void AppendUtf8(std::string& text, char32_t character) {
   }
 }
 
+// Controls, of which those above ASCII move a terminal's cursor too, and the separators of lines.
+bool BreaksALine(wchar_t unit) {
+  const auto character = static_cast<char32_t>(unit);
+  return character < 0x20 || (character >= 0x7F && character < 0xA0) || character == 0x2028 ||
+         character == 0x2029;
+}
+
 bool IsHighSurrogate(char32_t unit) {
   return unit >= 0xD800 && unit <= 0xDBFF;
 }
@@ -124,12 +131,9 @@ std::wstring WideFromNarrow(std::string_view text) {
 }
 
 std::string PrintableName(std::string_view name) {
-  std::string printable = Utf8FromWide(WideFromUtf8(name));
-  std::replace_if(
-      printable.begin(), printable.end(),
-      [](char c) { return static_cast<std::uint8_t>(c) < 0x20 || static_cast<std::uint8_t>(c) == 0x7F; },
-      '?');
-  return printable;
+  std::wstring printable = WideFromUtf8(name);
+  std::replace_if(printable.begin(), printable.end(), BreaksALine, L'?');
+  return Utf8FromWide(printable);
 }
 
 }  // namespace mirellon::base

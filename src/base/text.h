@@ -23,7 +23,8 @@ inline constexpr std::size_t kShortTextCapacity = 128;  // EXIF texts, camera na
 // Text of unknown encoding, as cameras write it: UTF-8 when it is valid as such, else Latin-1.
 [[nodiscard]] std::wstring WideFromNarrow(std::string_view text);
 
-// A name for messages: control characters (newlines too) replaced by '?', malformed UTF-8 by U+FFFD.
+// A name for messages: control characters and whatever else ends a line replaced by '?', malformed UTF-8 by
+// U+FFFD.
 [[nodiscard]] std::string PrintableName(std::string_view name);
 
 }  // namespace mirellon::base

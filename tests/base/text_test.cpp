@@ -83,6 +83,7 @@ TEST(Text, UnknownEncodingFallsBackToLatin1) {
 
 TEST(Text, NamesForMessagesHoldNoControls) {
   EXPECT_EQ(PrintableName("a\nb\x1B[1m\x7F"), "a?b?[1m?");
+  EXPECT_EQ(PrintableName("a\xC2\x85\xC2\x9B\xC2\xA0\xE2\x80\xA8\xE2\x80\xA9"), "a??\xC2\xA0??");
   EXPECT_EQ(PrintableName("\xC3\xA9.jpg"), "\xC3\xA9.jpg");
   EXPECT_EQ(PrintableName("bad\xFF"), "bad\xEF\xBF\xBD");
 }
