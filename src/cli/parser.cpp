@@ -47,6 +47,7 @@ void Parser::AddFlag(const std::string& option, const std::string& meaning, bool
 
 ParseOutcome Parser::Parse(std::span<const char* const> args) {
   using Kind = ParseOutcome::Kind;
+  if (std::string wrong = WrongJoinedValue(args); !wrong.empty()) return {Kind::kWrong, std::move(wrong)};
   try {
     // The library takes its arguments last one first.
     std::vector<std::string> reversed(args.rbegin(), args.rend());
@@ -80,6 +81,22 @@ ParseOutcome Parser::Wrong(const CLI::ParseError& error) const {
     text = name + (repeated ? ": given more than once" : ": a value is missing");
   }
   return {ParseOutcome::Kind::kWrong, std::move(text)};
+}
+
+// "--option=" and "--flag=value": the library would take the next argument for the one's value, and let the
+// other's switch the flag off.
+std::string Parser::WrongJoinedValue(std::span<const char* const> args) const {
+  for (const std::string_view argument : args) {
+    if (argument == "--") break;
+    const std::size_t equals = argument.find('=');
+    if (!argument.starts_with("--") || equals == std::string_view::npos) continue;
+    const std::string name(argument.substr(0, equals));
+    const CLI::Option* option = app_.get_option_no_throw(name);
+    if (option == nullptr) continue;
+    if (option->get_expected_max() == 0) return name + ": takes no value";
+    if (equals + 1 == argument.size()) return name + ": a value is missing";
+  }
+  return {};
 }
 
 std::string Parser::UnexpectedArgument() const {

@@ -32,6 +32,7 @@ class Parser {
 
  private:
   [[nodiscard]] ParseOutcome Wrong(const CLI::ParseError& error) const;
+  [[nodiscard]] std::string WrongJoinedValue(std::span<const char* const> args) const;
   [[nodiscard]] std::string UnexpectedArgument() const;
 
   std::string command_;

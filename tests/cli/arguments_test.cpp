@@ -165,10 +165,14 @@ TEST(ArgumentsTest, ValueOptionsStandOnceAndHaveAValue) {
                              "--dynamics", "--sharp-tiny", "--sharp-medium", "--sharp-rough", "--artefacts",
                              "--quality", "--backend", "--threads", "--jpeg-quality", "--progress"}) {
     EXPECT_EQ(Refusal({option}), std::string(option) + ": a value is missing");
-    EXPECT_EQ(Refusal({(std::string(option) + "=").c_str()}), std::string(option) + ": a value is missing");
+    EXPECT_EQ(Refusal({(std::string(option) + "=").c_str(), "1"}),
+              std::string(option) + ": a value is missing");
   }
   EXPECT_EQ(Refusal({"--strength", "1", "--strength", "2"}), "--strength: given more than once");
   EXPECT_EQ(Refusal({"--quality", "low", "--quality=low"}), "--quality: given more than once");
+  EXPECT_EQ(Refusal({"--overwrite=false"}), "--overwrite: takes no value");
+  EXPECT_EQ(Refusal({"--json="}), "--json: takes no value");
+  EXPECT_EQ(Refusal({"--help=no"}), "--help: takes no value");
   DenoiseArguments arguments;
   EXPECT_EQ(Parse({"a", "b", "--json", "--json", "--overwrite", "--overwrite"}, arguments).kind, Kind::kRun);
 }
