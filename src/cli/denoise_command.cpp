@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdio>
 #include <memory>
+#include <system_error>
 
 #include "cli/arguments.h"
 #include "cli/command_support.h"
@@ -32,6 +33,14 @@ class Stopwatch {
  private:
   std::chrono::steady_clock::time_point last_ = std::chrono::steady_clock::now();
 };
+
+// What speaks against OUTPUT as it was given, even if the result would come under another name; null:
+// nothing.
+const char* WhyNotTarget(const std::filesystem::path& output, const std::filesystem::path& input) {
+  std::error_code ignored;
+  if (!output.has_filename() || std::filesystem::is_directory(output, ignored)) return "a folder, not a file";
+  return std::filesystem::equivalent(output, input, ignored) ? "it is the photograph itself" : nullptr;
+}
 
 // One photograph on its way from file to file. The steps are called in their order; each prints what goes
 // wrong and then ends the run with the status it returns.
@@ -78,6 +87,10 @@ class DenoiseRun {
 
   // Before the work, not after it.
   ExitStatus CheckTarget() {
+    if (const char* cause = WhyNotTarget(arguments_.output, arguments_.input); cause != nullptr) {
+      PrintError(shell_.err, About(arguments_.output.native(), cause));
+      return ExitStatus::kOutput;
+    }
     const imageio::SaveReport checked =
         imageio::CheckTarget(document_.source, arguments_.output, arguments_.input, saving_);
     if (checked.status != imageio::SaveStatus::kSaved) return SaveFailed(checked);

@@ -151,7 +151,10 @@ TEST_F(BadInputTest, TargetsThatCannotBeWrittenGiveFour) {
   WritePicture(folder_ / "deep.png", test::PhotoLikePicture(20, 20, 1, 16, 2));
   ExpectFailure(Command({"denoise", "photo.png", "no/such/out.png"}), 4, "no/such/out.png");
   ExpectFailure(Command({"denoise", "photo.png", "there.png"}), 4, "there.png");
-  ExpectFailure(Command({"denoise", "photo.png", "folder.png", "--overwrite"}), 4, "folder.png");
+  std::filesystem::create_directory(folder_ / "folder");
+  for (const char* folder : {"folder.png", "folder", "folder/", "new/", "."}) {
+    ExpectFailure(Command({"denoise", "photo.png", folder, "--overwrite"}), 4, folder);
+  }
   std::filesystem::create_symlink("/dev/full", folder_ / "device.png");
   ExpectFailure(Command({"denoise", "photo.png", "device.png", "--overwrite"}), 4, "device.png");
   ExpectFailure(Command({"denoise", "deep.png", "out.jpg"}), 4, "out.jpg");
@@ -172,6 +175,9 @@ TEST_F(BadInputTest, TheSourceIsNeverTheTarget) {
     ExpectFailure(Command({"denoise", "photo.png", name, "--overwrite"}), 4, name);
     ExpectFailure(Command({"denoise", "soft.png", name, "--overwrite"}), 4, name);
   }
+  // Nor under a name that the result would not have.
+  std::filesystem::create_hard_link(Photo(), folder_ / "hard.gif");
+  ExpectFailure(Command({"denoise", "hard.gif", "hard.gif"}), 4, "hard.gif");
 }
 
 TEST_F(BadInputTest, AFileThatMayNotGrowIsNotLeft) {
