@@ -2,6 +2,8 @@
 
 #include <atomic>
 #include <csignal>
+#include <cstdint>
+#include <ctime>
 
 #include <unistd.h>
 
@@ -9,14 +11,30 @@ namespace mirellon::cli {
 
 namespace {
 
-// A signal handler reaches nothing but what is static; these two are all that is, and nobody else sees them.
+// Programs that end others, as timeout does, signal the process and then its group: that is one request.
+constexpr std::int64_t kOneRequestMs = 100;
+
+// A signal handler reaches nothing but what is static; these are all that is, and nobody else sees them.
 std::atomic<base::RunControl*> watched{nullptr};
 std::atomic<int> caught{0};
-static_assert(std::atomic<base::RunControl*>::is_always_lock_free && std::atomic<int>::is_always_lock_free);
+std::atomic<std::int64_t> caughtAt{0};  // milliseconds; 0: not yet
+static_assert(std::atomic<base::RunControl*>::is_always_lock_free && std::atomic<int>::is_always_lock_free &&
+              std::atomic<std::int64_t>::is_always_lock_free);
+
+std::int64_t Milliseconds() {
+  timespec now{};
+  clock_gettime(CLOCK_MONOTONIC, &now);
+  return std::int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1'000'000;
+}
 
 extern "C" void HandleSignal(int signal) {
-  int none = 0;
-  if (!caught.compare_exchange_strong(none, signal)) _exit(128 + signal);
+  const std::int64_t now = Milliseconds();
+  std::int64_t first = 0;
+  if (!caughtAt.compare_exchange_strong(first, now)) {
+    if (now - first >= kOneRequestMs) _exit(128 + signal);
+    return;
+  }
+  caught.store(signal);
   if (base::RunControl* control = watched.load()) control->RequestAbort();
 }
 
