@@ -189,6 +189,8 @@ bool CheckedFile::SetPermissions(const FileDescriptor& file) {
     [[maybe_unused]] const int ignored = fchown(file.get(), old.st_uid, old.st_gid);
   }
   const mode_t mode = exists ? old.st_mode & kPermissionBits : newMode_;
+  // Some file systems have permissions but cannot change them.
+  if ((fresh.st_mode & kPermissionBits) == mode) return false;
   return fchmod(file.get(), mode) == 0 ? false : Fail(errno);
 }
 
