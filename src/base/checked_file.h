@@ -15,7 +15,8 @@ namespace mirellon::base {
 
 // A new content for one file. It grows in a private folder (hidden, mode 0700) beside the target and takes
 // the target's name only in Commit, when every byte is known to be on the disk; until then the target is
-// untouched. Without a Commit, or after a failed one, nothing stays behind.
+// untouched. Without a Commit, or after a failed one, nothing stays behind; only where it is the last sync of
+// the target's folder that failed, the new content is in place.
 //
 // A link as target stays a link: the file it leads to is replaced. An existing file's permissions are kept
 // (and its owner, where the system lets us); a new one gets what the umask leaves. Errors are sticky: after

@@ -12,7 +12,8 @@ namespace mirellon::base {
 // One file's content in memory. Section and key names are compared without case (A to Z); blanks around a
 // value and one pair of quotes around the rest are not part of it; of a key that stands several times in a
 // section, the first counts. Text that is not UTF-8 is read as Latin-1. What the program does not know
-// survives a Write, comments included; so do a byte-order mark and the kind of line ends.
+// survives a Write, comments included; so do a byte-order mark and the kind of line ends. Lines that are
+// neither section, nor key with "=", nor comment do not.
 class IniFile {
  public:
   enum class ReadResult {
