@@ -18,16 +18,14 @@ using picture::SBxPicBuf;
 constexpr int kDepth = 3;          // reductions
 constexpr int kFilteredLevel = 2;  // a quarter of the width and height
 
-struct Levels {
-  std::array<FloatPlane, kDepth + 1> gauss;
-  std::array<FloatPlane, kDepth> detail;
-};
+// Finest first. A level holds its Gaussian until the next one is made of it, then its detail, and from the
+// coarsest one down its rebuilt Gaussian; one under 5 x 5 is written by nobody and has no detail.
+using Levels = std::array<FloatPlane, kDepth + 1>;
 
 // True = failed (out of memory).
 bool Allocate(Levels& levels, int width, int height) {
   bool failed = false;
-  for (std::size_t k = 0; k <= kDepth; ++k) failed |= levels.gauss[k].Allocate(width >> k, height >> k);
-  for (std::size_t k = 0; k < kDepth; ++k) failed |= levels.detail[k].Allocate(width >> k, height >> k);
+  for (std::size_t k = 0; k <= kDepth; ++k) failed |= levels[k].Allocate(width >> k, height >> k);
   return failed;
 }
 
@@ -57,12 +55,8 @@ void ToSamples(const FloatPlane& from, SBxPicBuf& to) {
 
 void TakeApart(Levels& levels) {
   for (std::size_t k = 0; k < kDepth; ++k) {
-    Reduce5x5(levels.gauss[k], levels.gauss[k + 1]);
-    FloatPlane& detail = levels.detail[k];
-    if (!detail.AtLeast5x5()) continue;
-    Expand5x5(levels.gauss[k + 1], detail);
-    std::transform(levels.gauss[k].samples.begin(), levels.gauss[k].samples.end(), detail.samples.begin(),
-                   detail.samples.begin(), [](float whole, float smooth) { return whole - smooth; });
+    Reduce5x5(levels[k], levels[k + 1]);
+    SubtractExpanded5x5(levels[k + 1], levels[k], levels[k]);
   }
 }
 
@@ -80,28 +74,21 @@ int FilterLevel(EngineContext& context, FloatPlane& level, int bits, const Plane
   return failed;
 }
 
-void RebuildFiner(const Levels& levels, std::size_t finer, FloatPlane& gauss) {
-  if (!gauss.AtLeast5x5()) return;
-  Expand5x5(levels.gauss[finer + 1], gauss);
-  std::transform(gauss.samples.begin(), gauss.samples.end(), levels.detail[finer].samples.begin(),
-                 gauss.samples.begin(), [](float smooth, float detail) { return smooth + detail; });
-}
-
 }  // namespace
 
 int DenoiseChromaLarge(EngineContext& context, SBxPicBuf& plane, const PlaneSettings& settings) {
   Levels levels;
   if (Allocate(levels, plane.width, plane.height)) return 1;
-  ToFloat(plane, levels.gauss[0]);
+  ToFloat(plane, levels[0]);
   TakeApart(levels);
   for (std::size_t finer = kDepth; finer-- > 0;) {
     if (finer + 1 == kFilteredLevel) {
-      const int failed = FilterLevel(context, levels.gauss[kFilteredLevel], plane.bitsPerComponent, settings);
+      const int failed = FilterLevel(context, levels[kFilteredLevel], plane.bitsPerComponent, settings);
       if (failed != 0) return failed;
     }
-    RebuildFiner(levels, finer, levels.gauss[finer]);
+    AddExpanded5x5(levels[finer + 1], levels[finer], 1.0F, levels[finer]);
   }
-  ToSamples(levels.gauss[0], plane);
+  ToSamples(levels[0], plane);
   return 0;
 }
 
