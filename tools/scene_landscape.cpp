@@ -75,7 +75,7 @@ Paint Pine(double x, double y, double height, double pixel, unsigned seed) {
   return {light, EdgeCover(inside, pixel)};
 }
 
-// A row of pines along a shore line; `dense` says how likely a place is taken, -1 to 1 added to the chance.
+// A row of pines along a shore line, their feet at `foot`, up to `height` tall.
 Paint PineRow(double x, double y, double foot, double height, double pixel, unsigned seed) {
   const double spacing = height * 0.16;
   const int cell = static_cast<int>(std::floor(x / spacing));
