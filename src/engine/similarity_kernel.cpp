@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cmath>
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <new>
 #include <vector>
@@ -150,7 +151,7 @@ int RunKernel(EngineContext& context, const PlaneJob& job, std::uint32_t threads
     return 1;
   }
   KernelProgress progress(job.progressWindow, DisplacementCount(job.quality), plan.bands, usedThreads);
-  ParallelFor(usedThreads, plan.bands, [&](int index, std::uint32_t thread) {
+  const auto filter = [&](int index, std::uint32_t thread) {
     if (context.control.Aborted()) return;
     const int first = plan.First(index);
     const SimilarityBand band = storage[thread].Band(first, plan.First(index + 1) - first);
@@ -159,7 +160,8 @@ int RunKernel(EngineContext& context, const PlaneJob& job, std::uint32_t threads
     SBxPicBuf& destination = *job.destination;
     NormaliseBand(band, Row<unsigned char>(destination, 2 * first), destination.rowStride,
                   destination.bitsPerComponent);
-  });
+  };
+  ParallelFor(usedThreads, plan.bands, std::ref(filter));  // by reference: a copy would ask for memory
   if (!context.control.Aborted()) progress.Finish();
   return 0;
 }

@@ -4,6 +4,8 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <new>
 #include <thread>
 #include <vector>
 
@@ -78,9 +80,9 @@ bool DenoiseTile(EngineContext& context, const RunPlan& plan, const Tile& tile) 
   return true;
 }
 
-// Denoises a tile, or, when the run has ended early, leaves it as it was. False when memory was refused.
-bool FinishTile(EngineContext& context, const RunPlan& plan, const Tile& tile, bool endedEarly) {
-  if (!endedEarly && !context.control.Aborted()) return DenoiseTile(context, plan, tile);
+// Denoises a tile; one that an aborted run did not reach stays as it was. False when memory was refused.
+bool FinishTile(EngineContext& context, const RunPlan& plan, const Tile& tile) {
+  if (!context.control.Aborted()) return DenoiseTile(context, plan, tile);
   const picture::CBxPoint<int> origin{tile.inner.left, tile.inner.top};
   CBxPicBufAPI::CopyRect(*plan.request.destination, *plan.request.source, origin, origin, SizeOf(tile.inner));
   return true;
@@ -118,16 +120,24 @@ bool DenoiseSideBySide(EngineContext& context, const RunPlan& plan, const std::v
   if (plan.request.progressWindow != nullptr) single.request.progressWindow = &progress;
   single.request.threads = 1;
   std::atomic<bool> refused{false};
-  ParallelFor(plan.request.threads, static_cast<int>(count), [&](int i, std::uint32_t) {
-    if (!FinishTile(context, single, tiles[static_cast<std::size_t>(i)], refused)) refused = true;
-  });
+  const auto finish = [&](int i, std::uint32_t) {
+    if (!refused && !FinishTile(context, single, tiles[static_cast<std::size_t>(i)])) refused = true;
+  };
+  ParallelFor(plan.request.threads, static_cast<int>(count),
+              std::ref(finish));  // a copy would ask for memory
   return !refused;
 }
 
+// False when memory was refused.
 bool DenoiseTiled(EngineContext& context, const RunPlan& plan) {
   SBxPicBuf& source = *plan.request.source;
   SBxPicBuf& destination = *plan.request.destination;
-  const std::vector<Tile> tiles = PlanTiles(source.width, source.height, plan.tileSide, kTileMargin);
+  std::vector<Tile> tiles;
+  try {
+    tiles = PlanTiles(source.width, source.height, plan.tileSide, kTileMargin);
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
   const auto count = static_cast<int>(tiles.size());
   StartProgress(plan.request.progressWindow,
                 plan.request.colour ? count * plan.range : count * plan.steps / 2);
@@ -135,11 +145,9 @@ bool DenoiseTiled(EngineContext& context, const RunPlan& plan) {
   if (destination.samples == nullptr) return false;
   // As many tiles side by side as give every thread the same number; all threads share each of the rest.
   const std::size_t sideBySide = plan.request.useGpu ? 0 : tiles.size() - tiles.size() % plan.request.threads;
-  bool done = DenoiseSideBySide(context, plan, tiles, sideBySide);
-  for (std::size_t i = sideBySide; i < tiles.size(); ++i) {
-    if (!FinishTile(context, plan, tiles[i], !done)) done = false;
-  }
-  return done;
+  if (!DenoiseSideBySide(context, plan, tiles, sideBySide)) return false;
+  return std::all_of(tiles.begin() + static_cast<std::ptrdiff_t>(sideBySide), tiles.end(),
+                     [&](const Tile& tile) { return FinishTile(context, plan, tile); });
 }
 
 }  // namespace
