@@ -51,8 +51,8 @@ class CBxPicBufAPI {
   static void Init(SBxPicBuf& picture);
 
   // Replaces any earlier storage by one for that geometry, one contiguous block without gaps between rows;
-  // contents undefined. When a side is below 1, the size does not fit byteSize, or memory is refused, the
-  // record is left empty: callers that meet user data check samples.
+  // contents undefined. When the geometry is impossible (a side below 1, unknown bits, a size that does not
+  // fit byteSize) or memory is refused, the record is left empty: callers that meet user data check samples.
   static void ReinitHeap(SBxPicBuf& picture, int width, int height, int components, int bitsPerComponent);
   static void ReinitHeap(SBxPicBuf& destination, const SBxPicBuf& like);
 
