@@ -26,7 +26,8 @@ function(mirellon_find_library name header library)
   endif()
 endfunction()
 
-# mirellon_add_library(NAME SOURCES ... LINK ...): the static library mirellon_NAME of one folder.
+# mirellon_add_library(NAME SOURCES ... [LINK ...] [PRIVATE_LINK ...]): the static library mirellon_NAME of one
+# folder; who links it sees what it names under LINK, too.
 function(mirellon_add_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINK;PRIVATE_LINK" ${ARGN})
   add_library(mirellon_${name} STATIC ${ARG_SOURCES})
