@@ -2,17 +2,13 @@
 
 #include <cmath>
 #include <memory>
-#include <vector>
 
 #include <gtest/gtest.h>
 
 #include "engine/reference_kernel.h"
 
-namespace mirellon {
+namespace mirellon::engine {
 namespace {
-
-using engine::WeightTableCache;
-using engine::WeightTables;
 
 // Every entry that exists, the ones that are not stored included.
 TEST(WeightTables, EqualTheirFormula) {
@@ -22,21 +18,15 @@ TEST(WeightTables, EqualTheirFormula) {
       const WeightTables tables(dynamicity, variance);
       for (const int v : {0, 1, 127, 254, 255}) {
         int wrong = 0;
-        for (int s = 0; s < engine::kWeightEntries; ++s) {
+        for (int s = 0; s < kWeightEntries; ++s) {
           if (tables.Weight(v, s) != test::ReferenceWeight(v, s, dynamicity, variance)) ++wrong;
         }
         EXPECT_EQ(wrong, 0) << "dynamicity " << dynamicity << " strength " << strength << " intensity " << v;
+        EXPECT_EQ(tables.Table(v)[tables.storedEntries() - 1], 0);
       }
-      const int last = tables.storedEntries() - 1;
-      EXPECT_TRUE(tables.Table(0)[last] == 0 && tables.Table(255)[last] == 0);
+      EXPECT_EQ(tables.tableStride() == 0, dynamicity == 0.0) << "one table serves all without dynamics";
     }
   }
-}
-
-TEST(WeightTables, OneTableServesAllIntensitiesWithoutDynamics) {
-  EXPECT_EQ(WeightTables(0.0, 1000.0).tableStride(), 0U);
-  const WeightTables bright(1.0, 1000.0);
-  EXPECT_NE(bright.Weight(0, 100), bright.Weight(255, 100));
 }
 
 TEST(WeightTableCache, ReusesWithinATolerance) {
@@ -49,16 +39,15 @@ TEST(WeightTableCache, ReusesWithinATolerance) {
 
 TEST(WeightTableCache, OverwritesItsOldestSlot) {
   WeightTableCache cache;
-  std::vector<std::shared_ptr<const WeightTables>> kept;
-  for (int i = 0; i < 7; ++i) kept.push_back(cache.Acquire(0.0, 10.0 + i));
-  for (int i = 0; i < 7; ++i) EXPECT_EQ(cache.Acquire(0.0, 10.0 + i), kept[static_cast<std::size_t>(i)]);
-  const auto eighth = cache.Acquire(0.0, 100.0);
-  EXPECT_EQ(cache.Acquire(0.0, 11.0), kept[1]) << "the second slot is still there";
-  EXPECT_NE(cache.Acquire(0.0, 10.0), kept[0]) << "the first was overwritten and is built anew, in slot two";
-  EXPECT_EQ(cache.Acquire(0.0, 100.0), eighth);
-  EXPECT_NE(cache.Acquire(0.0, 11.0), kept[1]);
+  const auto acquire = [&cache](int variance) { return cache.Acquire(0.0, variance); };
+  std::shared_ptr<const WeightTables> kept[8];
+  for (int i = 0; i < 8; ++i) kept[i] = acquire(10 + i);  // the eighth takes the first slot
+  for (int i = 1; i < 8; ++i) EXPECT_EQ(acquire(10 + i), kept[i]);
+  EXPECT_NE(acquire(10), kept[0]) << "built anew, in the second slot";
+  for (int i = 2; i < 8; ++i) EXPECT_EQ(acquire(10 + i), kept[i]);
+  EXPECT_NE(acquire(11), kept[1]);
   EXPECT_EQ(kept[0]->Weight(0, 0), 10000U) << "tables handed out stay alive";
 }
 
 }  // namespace
-}  // namespace mirellon
+}  // namespace mirellon::engine

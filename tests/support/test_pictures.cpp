@@ -49,32 +49,30 @@ PicBuf RandomPicture(int width, int height, int components, int bits, std::uint6
 }
 
 PicBuf PhotoLikePicture(int width, int height, int components, int bits, std::uint64_t seed) {
-  PicBuf picture(width, height, components, bits);
   Random random(seed);
   const double largest = bits == 8 ? 255.0 : 65535.0;
-  for (int y = 0; y < height; ++y) {
-    for (int x = 0; x < width; ++x) {
-      for (int c = 0; c < components; ++c) {
-        double level = 0.15 + 0.6 * (x + 2.0 * y) / (width + 2.0 * height);
-        if ((x / 13 + y / 17 + c) % 3 == 0) level += 0.2;
-        level += 0.03 * std::sin(0.9 * x) * std::cos(0.7 * y);
-        const double noise = (random.Unit() + random.Unit() + random.Unit() - 1.5) * 0.08;
-        const double value = std::clamp((level + noise) * largest, 0.0, largest);
-        SetSample(picture, x, y, c, static_cast<unsigned>(value));
-      }
-    }
-  }
-  return picture;
+  return MadeOf(width, height, components, bits, [&](int x, int y, int c) {
+    double level = 0.15 + 0.6 * (x + 2.0 * y) / (width + 2.0 * height);
+    if ((x / 13 + y / 17 + c) % 3 == 0) level += 0.2;
+    level += 0.03 * std::sin(0.9 * x) * std::cos(0.7 * y);
+    const double noise = (random.Unit() + random.Unit() + random.Unit() - 1.5) * 0.08;
+    return static_cast<unsigned>(std::clamp((level + noise) * largest, 0.0, largest));
+  });
 }
 
 PicBuf ConstantPicture(int width, int height, int components, int bits, unsigned value) {
-  PicBuf picture(width, height, components, bits);
-  for (int y = 0; y < height; ++y) {
-    for (int x = 0; x < width; ++x) {
-      for (int c = 0; c < components; ++c) SetSample(picture, x, y, c, value);
-    }
-  }
-  return picture;
+  return MadeOf(width, height, components, bits, [value](int, int, int) { return value; });
+}
+
+PicBuf CopyOf(const SBxPicBuf& picture) {
+  PicBuf copy;
+  picture::CBxPicBufAPI::Copy(copy, picture);
+  return copy;
+}
+
+PicBuf ComponentOf(const SBxPicBuf& picture, int c) {
+  return MadeOf(picture.width, picture.height, 1, picture.bitsPerComponent,
+                [&](int x, int y, int) { return Sample(picture, x, y, c); });
 }
 
 ::testing::AssertionResult SamePicture(const SBxPicBuf& actual, const SBxPicBuf& expected) {

@@ -34,6 +34,23 @@ class Random {
 [[nodiscard]] unsigned Sample(const picture::SBxPicBuf& picture, int x, int y, int c = 0);
 void SetSample(picture::SBxPicBuf& picture, int x, int y, int c, unsigned value);
 
+[[nodiscard]] picture::PicBuf CopyOf(const picture::SBxPicBuf& picture);
+
+// The picture whose samples are sampleAt(x, y, component).
+template <typename F>
+[[nodiscard]] picture::PicBuf MadeOf(int width, int height, int components, int bits, F sampleAt) {
+  picture::PicBuf picture(width, height, components, bits);
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x) {
+      for (int c = 0; c < components; ++c) SetSample(picture, x, y, c, sampleAt(x, y, c));
+    }
+  }
+  return picture;
+}
+
+// Component c as a plane of its own.
+[[nodiscard]] picture::PicBuf ComponentOf(const picture::SBxPicBuf& picture, int c);
+
 // Equal geometry and samples; a failure names the first differing pixel and the largest difference.
 [[nodiscard]] ::testing::AssertionResult SamePicture(const picture::SBxPicBuf& actual,
                                                      const picture::SBxPicBuf& expected);
