@@ -220,24 +220,13 @@ void Reduce5x5(const FloatPlane& source, FloatPlane& destination) {
   }
 }
 
-void Expand5x5(const FloatPlane& coarse, FloatPlane& destination) {
-  if (!destination.AtLeast5x5()) return;
-  for (int y = 0; y < destination.height; ++y) {
-    float* row = destination.Row(y);
-    ForEachExpandedRun(
-        coarse, {destination.width, destination.height}, y,
-        [row](int x, const float* expanded, int count) { std::copy_n(expanded, count, row + x); });
-  }
-}
-
 void SubtractExpanded5x5(const FloatPlane& coarse, const FloatPlane& gauss, FloatPlane& detail) {
   if (!gauss.AtLeast5x5()) return;
   for (int y = 0; y < gauss.height; ++y) {
     const float* from = gauss.Row(y);
     float* to = detail.Row(y);
     ForEachExpandedRun(coarse, {gauss.width, gauss.height}, y, [from, to](int x, float* expanded, int count) {
-      // In the run first: it overlaps neither plane, so that this vectorises when they
-      // are one.
+      // In the run first: it overlaps neither plane, so that this vectorises when they are one.
       for (int i = 0; i < count; ++i) expanded[i] = from[x + i] - expanded[i];
       std::copy_n(expanded, count, to + x);
     });

@@ -34,17 +34,16 @@ struct FloatPlane {
 // A destination under 5 x 5 is left as it is, and so is every destination of a source under 5 x 5.
 void Reduce5x5(const FloatPlane& source, FloatPlane& destination);
 
-// Doubles a plane: the window of destination pixel (x, y) begins at (x - 2, y - 2), moved inside the
-// destination; only its even rows and columns count, each reading the coarse sample at half its place (none
-// past the coarse plane's end); the sum times 4. A destination under 5 x 5 is left as it is.
-void Expand5x5(const FloatPlane& coarse, FloatPlane& destination);
+// Both of these double `coarse` to the size of `gauss` on their way, without a plane for it: the window of
+// pixel (x, y) begins at (x - 2, y - 2), moved inside `gauss`; only its even rows and columns count, each
+// reading the coarse sample at half its place (none past the coarse plane's end); the sum times 4 is
+// "expanded". `detail` has the size of `gauss` and may be the same plane. A plane under 5 x 5 is left as it
+// is.
 
-// detail = gauss - Expand5x5(coarse), without a plane for the expanded one. `detail` has the size of `gauss`
-// and may be the same plane. A plane under 5 x 5 is left as it is.
+// detail = gauss - expanded
 void SubtractExpanded5x5(const FloatPlane& coarse, const FloatPlane& gauss, FloatPlane& detail);
 
-// gauss = Expand5x5(coarse) + factor * detail. `detail` has the size of `gauss` and may be the same plane. A
-// plane under 5 x 5 is left as it is.
+// gauss = expanded + factor * detail
 void AddExpanded5x5(const FloatPlane& coarse, const FloatPlane& detail, float factor, FloatPlane& gauss);
 
 }  // namespace mirellon::engine
