@@ -26,11 +26,11 @@ enum class SaveStatus {
 };
 
 struct SaveOptions {
-  std::optional<int> jpegQuality;  // percent; none: the quality stored in the settings file
-  bool metadata = true;            // copy EXIF and the ICC profile from document.currentPath
+  std::optional<int> jpegQuality = {};  // percent; none: the quality stored in the settings file
+  bool metadata = true;                 // copy EXIF and the ICC profile from document.currentPath
   bool overwrite = true;
   // Where the settings live (base::ApplicationDataFolder()); empty: none are read (quality 85) or written.
-  std::filesystem::path applicationData;
+  std::filesystem::path applicationData = {};
   const base::RunControl* control = nullptr;  // null: cannot be aborted
 };
 

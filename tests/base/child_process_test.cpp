@@ -4,6 +4,7 @@
 #include <csignal>
 #include <string>
 #include <thread>
+#include <tuple>
 #include <vector>
 
 #include <fcntl.h>
@@ -17,13 +18,10 @@
 
 namespace mirellon::base {
 
-namespace {
-
 using End = ChildResult::End;
-using test::TemporaryFolder;
 
 TEST(ChildProcessTest, TellsHowItEnded) {
-  const TemporaryFolder folder;
+  const test::TemporaryFolder folder;
   struct Case {
     std::vector<std::string> arguments;
     End end;
@@ -40,23 +38,16 @@ TEST(ChildProcessTest, TellsHowItEnded) {
       {{"/no/such/program"}, End::kNotStarted, 0, ENOENT, ""},
   };
   for (const Case& c : cases) {
-    SCOPED_TRACE(c.arguments.back());
     const ChildResult result = RunChild(c.arguments, folder.path(), nullptr);
-    EXPECT_EQ(result.end, c.end);
-    EXPECT_EQ(result.status, c.status);
-    EXPECT_EQ(result.error, c.error);
-    EXPECT_EQ(result.output, c.output);
+    EXPECT_EQ(std::tie(result.end, result.status, result.error, result.output),
+              std::tie(c.end, c.status, c.error, c.output))
+        << c.arguments.back();
   }
-}
-
-TEST(ChildProcessTest, KeepsOnlyTheHeadOfMuchOutput) {
-  const ChildResult result = RunChild({"sh", "-c", "yes | head -c 1000000"}, "/", nullptr);
-  EXPECT_EQ(result.end, End::kExited);
-  EXPECT_EQ(result.output.size(), 65536U);
+  EXPECT_EQ(RunChild({"sh", "-c", "yes | head -c 1000000"}, "/", nullptr).output.size(), 65536U);
 }
 
 TEST(ChildProcessTest, AnAbortRequestKillsTheWholeGroup) {
-  const TemporaryFolder folder;
+  const test::TemporaryFolder folder;
   ASSERT_EQ(mkfifo((folder / "fifo").c_str(), 0600), 0);
   const FileDescriptor fifo(open((folder / "fifo").c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
   RunControl control;
@@ -75,7 +66,5 @@ TEST(ChildProcessTest, AnAbortRequestKillsTheWholeGroup) {
   EXPECT_EQ(poll(&wait, 1, 30000), 1);
   EXPECT_EQ(read(fifo.get(), text, sizeof text), 0) << "somebody still writes";
 }
-
-}  // namespace
 
 }  // namespace mirellon::base

@@ -1,26 +1,34 @@
 #include "imageio/image_files.h"
 
-#include <fstream>
-#include <iterator>
-
-#include "support/test_pictures.h"
+#include "imageio/load_image.h"
+#include "imageio/save_image.h"
 
 namespace mirellon::test {
 
 using imageio::Bitmap;
 
-void WriteBytes(const std::filesystem::path& file, const std::string& bytes) {
-  std::ofstream(file, std::ios::binary) << bytes;
-}
-
-std::string ReadBytes(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-}
-
 bool SaveBitmap(FREE_IMAGE_FORMAT format, const Bitmap& bitmap, const std::filesystem::path& file,
                 int flags) {
   return bitmap != nullptr && FreeImage_Save(format, bitmap.get(), file.c_str(), flags) != FALSE;
+}
+
+bool WritePicture(const std::filesystem::path& file, const picture::SBxPicBuf& picture) {
+  return imageio::WriteImageFile(picture, file, {}, 90, {.metadata = false});
+}
+
+picture::PicBuf ReadPicture(std::filesystem::path file) {
+  imageio::Document document;
+  imageio::LoadReport report;
+  EXPECT_FALSE(imageio::LoadImageFile(document, file, true, &report)) << file << report.cause;
+  return std::move(document.source);
+}
+
+std::string Damaged(std::string bytes, std::size_t first, std::size_t last, Random& random) {
+  for (int i = 0; i < 6; ++i) {
+    bytes[first + static_cast<std::size_t>(random.Below(static_cast<int>(last - first)))] =
+        static_cast<char>(random.Below(256));
+  }
+  return bytes;
 }
 
 Bitmap NoiseBitmap(FREE_IMAGE_TYPE type, int width, int height, int bitsPerPixel) {
@@ -74,31 +82,22 @@ std::string GreyTiff(std::uint32_t width, std::uint32_t height, int bits, int ph
 }
 
 std::string ForgedPng(std::uint32_t width, std::uint32_t height) {
-  const std::string head = "IHDR" + Big(width, 4) + Big(height, 4) + std::string("\x08\x02\x00\x00\x00", 5);
-  std::uint32_t crc = 0xFFFFFFFFU;
-  for (const char c : head) {
-    crc ^= static_cast<unsigned char>(c);
-    for (int i = 0; i < 8; ++i) crc = (crc >> 1U) ^ ((crc & 1U) != 0 ? 0xEDB88320U : 0U);
-  }
-  return std::string("\x89PNG\r\n\x1A\n", 8) + Big(13, 4) + head + Big(~crc, 4) + Big(0, 4) + "IDAT" +
+  std::string head = "IHDR" + Big(width, 4) + Big(height, 4) + std::string("\x08\x02\x00\x00\x00", 5);
+  const DWORD crc =
+      FreeImage_ZLibCRC32(0, reinterpret_cast<BYTE*>(head.data()), static_cast<DWORD>(head.size()));
+  return std::string("\x89PNG\r\n\x1A\n", 8) + Big(13, 4) + head + Big(crc, 4) + Big(0, 4) + "IDAT" +
          Big(0x35AF061E, 4);
 }
 
 std::string ForgedBmp(std::uint32_t width, std::uint32_t height) {
   return "BM" + Little(54, 4) + Little(0, 4) + Little(54, 4) + Little(40, 4) + Little(width, 4) +
-         Little(height, 4) + Little(1, 2) + Little(24, 2) + Little(0, 4) + Little(0, 4) +
-         std::string(16, '\0');
+         Little(height, 4) + Little(1, 2) + Little(24, 2) + std::string(24, '\0');
 }
 
 std::string ForgedGif(unsigned screenSide, unsigned frameSide) {
   return "GIF89a" + Little(screenSide, 2) + Little(screenSide, 2) + std::string("\x80\x00\x00", 3) +
-         std::string(6, '\0') +
-         std::string(
-             "!\xFE\x03"
-             "abc\x00",
-             7) +
-         "," + Little(0, 4) + Little(frameSide, 2) + Little(frameSide, 2) +
-         std::string("\x00\x02\x02\x44\x01\x00;", 7);
+         std::string(6, '\0') + std::string("!\xFE\x03---\x00", 7) + "," + Little(0, 4) +
+         Little(frameSide, 2) + Little(frameSide, 2) + std::string("\x00\x02\x02\x44\x01\x00;", 7);
 }
 
 std::string ForgedJpeg(unsigned width, unsigned height) {

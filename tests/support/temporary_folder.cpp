@@ -1,6 +1,8 @@
 #include "support/temporary_folder.h"
 
 #include <cstdlib>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <system_error>
 
@@ -22,6 +24,20 @@ TemporaryFolder::~TemporaryFolder() {
     }
   }
   std::filesystem::remove_all(path_, ignored);
+}
+
+void WriteBytes(const std::filesystem::path& file, const std::string& bytes) {
+  std::ofstream(file, std::ios::binary) << bytes;
+}
+
+std::string ReadBytes(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+std::size_t FilesIn(const std::filesystem::path& folder) {
+  const std::filesystem::directory_iterator entries(folder);
+  return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
 }
 
 }  // namespace mirellon::test

@@ -1,7 +1,8 @@
-// A folder that lives as long as a test.
+// A folder that lives as long as a test, and what tests do with files.
 #pragma once
 
 #include <filesystem>
+#include <string>
 
 namespace mirellon::test {
 
@@ -22,5 +23,10 @@ class TemporaryFolder {
  private:
   std::filesystem::path path_;
 };
+
+void WriteBytes(const std::filesystem::path& file, const std::string& bytes);
+[[nodiscard]] std::string ReadBytes(const std::filesystem::path& file);
+// How many entries a folder has, hidden ones too.
+[[nodiscard]] std::size_t FilesIn(const std::filesystem::path& folder);
 
 }  // namespace mirellon::test

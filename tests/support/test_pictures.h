@@ -51,7 +51,7 @@ template <typename F>
 // Component c as a plane of its own.
 [[nodiscard]] picture::PicBuf ComponentOf(const picture::SBxPicBuf& picture, int c);
 
-// Equal geometry and samples; a failure names the first differing pixel and the largest difference.
+// Equal geometry and samples; a failure names the first differing sample.
 [[nodiscard]] ::testing::AssertionResult SamePicture(const picture::SBxPicBuf& actual,
                                                      const picture::SBxPicBuf& expected);
 
