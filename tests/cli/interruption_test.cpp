@@ -2,29 +2,26 @@
 
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
 
 #include <gtest/gtest.h>
 
-#include "support/small_disk.h"
-
 namespace mirellon::cli {
-namespace {
 
-TEST(InterruptionTest, SignalsAtOnceAreOneRequestAndALaterOneEndsTheProcess) {
-  const int status = test::RunInChild([] {
-    base::RunControl control;
-    WatchSignals(control);
-    std::raise(SIGTERM);
-    std::raise(SIGINT);
-    if (!control.Aborted() || CaughtSignal() != SIGTERM) return 1;
-    const auto start = std::chrono::steady_clock::now();
-    while (std::chrono::steady_clock::now() - start < std::chrono::milliseconds(150)) {
-    }
-    std::raise(SIGINT);
-    return 2;
-  });
-  EXPECT_EQ(status, 130);
+void RaiseThree() {
+  base::RunControl control;
+  WatchSignals(control);
+  std::raise(SIGTERM);
+  std::raise(SIGINT);
+  if (!control.Aborted() || CaughtSignal() != SIGTERM) std::abort();
+  const auto start = std::chrono::steady_clock::now();
+  while (std::chrono::steady_clock::now() - start < std::chrono::milliseconds(150)) {
+  }
+  std::raise(SIGINT);
 }
 
-}  // namespace
+TEST(InterruptionTest, SignalsAtOnceAreOneRequestAndALaterOneEndsTheProcess) {
+  EXPECT_EXIT(RaiseThree(), ::testing::ExitedWithCode(130), "");
+}
+
 }  // namespace mirellon::cli
