@@ -34,6 +34,7 @@ std::size_t SkipGifExtension(std::string_view head, std::size_t at) {
   return at + 1;
 }
 
+constexpr std::uint32_t kEndOfImage = 0xD9;
 constexpr std::uint32_t kStartOfScan = 0xDA;
 
 // Markers that stand alone, without a length.
@@ -52,7 +53,7 @@ bool IsJpegMetadata(std::uint32_t marker, std::string_view content) {
   return marker == 0xFE || (marker >= 0xE1 && marker <= 0xEF);
 }
 
-// One step through a JPEG's head.
+// One step through a JPEG.
 struct JpegSegment {
   std::size_t start;         // of what comes before the marker
   std::size_t marker;        // of its first FF, fill bytes included
@@ -62,16 +63,17 @@ struct JpegSegment {
   std::string_view content;  // after the length; empty for a bare marker
 };
 
-// The segment that follows `at`; nothing where the head ends, by rights or by damage. As the decoder does,
-// whatever stands before a marker is passed over.
+// The segment that follows `at`; nothing at the end, by rights or by damage. As the decoder does, whatever
+// stands before a marker is passed over (a scan's data, in which only bare markers occur, too), and a length
+// that is too small to count itself is taken for no content.
 std::optional<JpegSegment> NextSegment(std::string_view file, std::size_t at) {
   const std::size_t marker = file.find('\xFF', at);
   const std::size_t code = file.find_first_not_of('\xFF', marker);
   if (marker == std::string_view::npos || code == std::string_view::npos) return {};
   const std::uint32_t value = Byte(file, code);
   if (IsBareMarker(value)) return JpegSegment{at, marker, code, code + 1, value, {}};
-  const std::size_t length = code + 3 <= file.size() ? Big16(file, code + 1) : 0;
-  if (value == kStartOfScan || length < 2) return {};
+  if (value == kEndOfImage || code + 3 > file.size()) return {};
+  const std::size_t length = std::max<std::size_t>(Big16(file, code + 1), 2);
   const std::size_t end = std::min(file.size(), code + 1 + length);
   return JpegSegment{at, marker, code, end, value, file.substr(code + 3, end - code - 3)};
 }
@@ -162,7 +164,8 @@ std::optional<std::uint64_t> NeededBmpSize(std::string_view head) {
 }
 
 std::optional<JpegFrame> ReadJpegFrame(std::string_view file) {
-  for (auto segment = NextSegment(file, 0); segment; segment = NextSegment(file, segment->end)) {
+  for (auto segment = NextSegment(file, 0); segment && segment->value != kStartOfScan;
+       segment = NextSegment(file, segment->end)) {
     if (!IsFrameMarker(segment->value) || segment->content.size() < 6) continue;
     const std::string_view frame = segment->content;
     return JpegFrame{{Big16(frame, 3), Big16(frame, 1)}, Byte(frame, 5)};
@@ -174,11 +177,15 @@ std::string WithoutJpegMetadata(std::string_view file) {
   std::string kept;
   kept.reserve(file.size());
   std::size_t at = 0;
+  bool scanned = false;
   while (const auto segment = NextSegment(file, at)) {
     at = segment->end;
+    scanned |= segment->value == kStartOfScan;
     // Stray bytes before a marker stay: the decoder is to complain of them.
-    const std::size_t end = IsJpegMetadata(segment->value, segment->content) ? segment->marker : at;
-    kept.append(file.substr(segment->start, end - segment->start));
+    const bool gone = IsJpegMetadata(segment->value, segment->content);
+    kept.append(file.substr(segment->start, (gone ? segment->marker : at) - segment->start));
+    // Between and within scans the decoder is to see that there was a marker: an empty comment.
+    if (gone && scanned) kept.append("\xFF\xFE\0\2", 4);
   }
   return kept.append(file.substr(std::min(at, file.size())));
 }

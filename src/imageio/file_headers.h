@@ -33,7 +33,8 @@ struct JpegFrame {
 [[nodiscard]] std::optional<std::uint64_t> NeededBmpSize(std::string_view head);
 
 // A JPEG file's content without its application and comment segments (EXIF, XMP, ICC, thumbnails ...), except
-// the two that tell how to decode it. The library's parser of the others does not survive damaged ones.
+// the two that tell how to decode it; those after the first scan become empty comments. The library's parser
+// of the others does not survive damaged ones.
 [[nodiscard]] std::string WithoutJpegMetadata(std::string_view file);
 
 // Whether a TIFF's first picture counts its grey from white to black, which the library does not tell at 16
