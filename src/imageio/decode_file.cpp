@@ -22,15 +22,20 @@ bool Refuse(LoadReport& report, LoadStatus status, std::string cause) {
   return true;
 }
 
-// The library gave no bitmap: finds out why.
-bool ReportFailure(const PictureSource& source, const LibraryMessages& messages, LoadReport& report) {
+// The library gave no header: finds out why. A size of nought is what it calls a lack of memory here.
+bool ReportNoHeader(const PictureSource& source, const LibraryMessages& messages, LoadReport& report) {
   if (source.HasReadError()) return Refuse(report, LoadStatus::kUnreadable, "the file cannot be read");
-  if (messages.Contain("lack of memory") || messages.Contain("Memory allocation failed")) {
-    return Refuse(report, LoadStatus::kOutOfMemory, "not enough memory for the picture");
-  }
   std::string cause = "damaged, or not a " + report.format + " picture at all";
   if (const std::string first = messages.First(); !first.empty()) cause += " (" + first + ")";
   return Refuse(report, LoadStatus::kDamaged, std::move(cause));
+}
+
+// The library gave no pixels: finds out why.
+bool ReportFailure(const PictureSource& source, const LibraryMessages& messages, LoadReport& report) {
+  if (messages.Contain("lack of memory") || messages.Contain("Memory allocation failed")) {
+    return Refuse(report, LoadStatus::kOutOfMemory, "not enough memory for the picture");
+  }
+  return ReportNoHeader(source, messages, report);
 }
 
 // Judges the picture by its header alone. True = refused, and reported.
@@ -40,7 +45,7 @@ bool RefuseByHeader(PictureSource& source, LoadReport& report) {
   if (!asked) return false;
   const LibraryMessages messages;
   const Bitmap header = source.Load(FIF_LOAD_NOPIXELS);
-  if (!header) return ReportFailure(source, messages, report);
+  if (!header) return ReportNoHeader(source, messages, report);
   if (std::string refusal = SizeRefusal(header.get()); !refusal.empty()) {
     return Refuse(report, LoadStatus::kTooLarge, std::move(refusal));
   }
