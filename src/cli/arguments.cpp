@@ -103,7 +103,7 @@ ParseOutcome ParseDenoiseArguments(std::span<const char* const> args, DenoiseArg
   bool noMetadata = false;
   parser.AddFile("INPUT", "The photograph: JPEG, TIFF, PNG, BMP or GIF, grey or colour, 8 or 16 bits",
                  arguments.input);
-  parser.AddFile("OUTPUT", "The result; its extension chooses among JPEG, TIFF, PNG and BMP",
+  parser.AddFile("OUTPUT", "The result; its extension chooses the format: JPEG, TIFF, PNG, BMP",
                  arguments.output);
   parser.AddValue(
       "--profile", "auto|batch|none|CAMERA@ISO",

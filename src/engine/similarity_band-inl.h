@@ -64,7 +64,7 @@ inline Walk PlanWalk(const SimilarityBand& band, const DisplacementRow& displace
 // ---------------------------------------------------------------------------------------------------------------
 // Distances and weights of one row of blocks.
 
-// The difference of one displacement's block sums goes through three rows of triple sums, used in turn.
+// The row of triple sums that one displacement uses for `row`: three of them take turns.
 inline std::uint16_t* TripleRow(const SimilarityBand& band, int displacement, int row) {
   const int slot = 3 * displacement + row % 3;
   return band.tripleSums + static_cast<std::size_t>(slot) * band.blockStride;

@@ -84,7 +84,7 @@ struct BandPlan {
 
 BandPlan PlanBands(const WorkPlanes& planes, std::uint32_t threads) {
   constexpr int kCacheBytes = 384 * 1024;
-  // Per pixel column of a block row: two sums of 4 bytes and half a weight sum, twice as much at 16 bits.
+  // Per pixel column of a block row: two sums of 4 bytes and half a weight sum; at 16 bits two sums more.
   const int bytesPerRow = planes.width * (planes.low == nullptr ? 10 : 18);
   const int rowsInCache = std::clamp(kCacheBytes / bytesPerRow, 4, 64);
   const int blockRows = planes.height / 2;
