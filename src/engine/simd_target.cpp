@@ -41,7 +41,11 @@ bool ForceSimdTarget(std::string_view name) {
   const auto found = std::find_if(targets.begin(), targets.end(),
                                   [name](std::int64_t target) { return NameOf(target) == name; });
   if (found == targets.end()) return true;
-  hwy::SetSupportedTargetsForTest(*found);
+  std::int64_t allowed = *found;
+#if HWY_ARCH_X86
+  if (allowed == HWY_AVX3_DL) allowed |= HWY_AVX3;  // a form of the loops for that one
+#endif
+  hwy::SetSupportedTargetsForTest(allowed);
   return false;
 }
 

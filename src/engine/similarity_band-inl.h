@@ -17,6 +17,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "engine/similarity_avx512-inl.h"
 #include "engine/similarity_band.h"
 #include "engine/similarity_rows-inl.h"
 #include "hwy/highway.h"
@@ -31,32 +32,30 @@ struct Walk {
   int backwardRow = 0;  // how many rows below a block the distance at p - d lies
   int firstColumn = 0;  // distances are found from this column on,
   int columns = 0;      // for so many blocks
-  int blocks = 0;       // of the picture, in a row
+  int origin = 0;       // the work column of the band's first pixel
   int pairs = 0;
   int pairDx[kMostPairs] = {};  // the first dx of each pair; either may lie outside the displacements
   DisplacementRow displacements;
 
   [[nodiscard]] bool Holds(int dx) const { return dx >= displacements.firstDx && dx <= displacements.lastDx; }
   // Where the distance at p for block 0 stands in a row of distances, and that at p - d.
-  [[nodiscard]] std::ptrdiff_t ForwardColumn(int border) const { return (border >> 1) - firstColumn; }
-  [[nodiscard]] std::ptrdiff_t BackwardColumn(int border, int dx) const {
-    return ((border - dx) >> 1) - firstColumn;
-  }
+  [[nodiscard]] std::ptrdiff_t ForwardColumn() const { return (origin >> 1) - firstColumn; }
+  [[nodiscard]] std::ptrdiff_t BackwardColumn(int dx) const { return ((origin - dx) >> 1) - firstColumn; }
 };
 
 inline Walk PlanWalk(const SimilarityBand& band, const DisplacementRow& displacements) {
-  const WorkPlanes& planes = *band.planes;
+  const int border = band.planes->border;
   Walk walk;
-  const int top = planes.border + 2 * band.firstBlockRow;
+  const int top = border + 2 * band.firstBlockRow;
   walk.firstRow = top >> 1;
   walk.backwardRow = ((top - displacements.dy) >> 1) - walk.firstRow;
-  walk.firstColumn = (planes.border - displacements.halfWindow) >> 1;
-  walk.blocks = planes.width / 2;
-  walk.columns = walk.blocks + displacements.halfWindow + 1;
+  walk.origin = border + 2 * band.firstBlock;
+  walk.firstColumn = (walk.origin - displacements.halfWindow) >> 1;
+  walk.columns = band.blocks + displacements.halfWindow + 1;
   walk.displacements = displacements;
   // Both displacements of a pair must find their backward distances in the same block column.
   int dx = displacements.firstDx;
-  if (((planes.border - dx) & 1) == 0) --dx;
+  if (((border - dx) & 1) == 0) --dx;
   for (; dx <= displacements.lastDx; dx += 2) walk.pairDx[walk.pairs++] = dx;
   return walk;
 }
@@ -64,79 +63,60 @@ inline Walk PlanWalk(const SimilarityBand& band, const DisplacementRow& displace
 // ---------------------------------------------------------------------------------------------------------------
 // Distances and weights of one row of blocks.
 
-// The row of triple sums that one displacement uses for `row`: three of them take turns.
-inline std::uint16_t* TripleRow(const SimilarityBand& band, int displacement, int row) {
-  const int slot = 3 * displacement + row % 3;
-  return band.tripleSums + static_cast<std::size_t>(slot) * band.blockStride;
-}
-
-inline void FindBlockSums(const SimilarityBand& band, const Walk& walk, int row, int dx) {
+// What pair k reads and writes for `row` as the newest.
+inline PairStep StepOf(const SimilarityBand& band, const Walk& walk, int row, int k) {
   const WorkPlanes& planes = *band.planes;
-  const std::ptrdiff_t column = walk.firstColumn - 1;
-  const std::uint8_t* start = planes.high + 2 * std::ptrdiff_t{row} * planes.stride + 2 * column;
-  const std::ptrdiff_t away = walk.displacements.dy * planes.stride + dx;
-  BlockSums(start, start + away, planes.stride, band.blockSums, walk.columns + 2);
-}
-
-// The first two rows only fill the triple sums.
-inline void FindFirstTriples(const SimilarityBand& band, const Walk& walk, int row) {
-  for (int dx = walk.displacements.firstDx; dx <= walk.displacements.lastDx; ++dx) {
-    FindBlockSums(band, walk, row, dx);
-    TripleSums(band.blockSums, TripleRow(band, dx - walk.displacements.firstDx, row), walk.columns);
-  }
-}
-
-// The distances of one displacement for the row above `row`, which becomes the newest of its triples; or the
-// row of "too far" for a displacement that does not exist.
-inline const std::uint16_t* FindDistances(const SimilarityBand& band, const Walk& walk, int row, int dx,
-                                          int which) {
-  if (!walk.Holds(dx)) return band.distances + 2 * band.blockStride;
-  FindBlockSums(band, walk, row, dx);
-  const int displacement = dx - walk.displacements.firstDx;
-  std::uint16_t* distances = band.distances + static_cast<std::size_t>(which) * band.blockStride;
-  BoxSums(band.blockSums, TripleRow(band, displacement, row + 1), TripleRow(band, displacement, row + 2),
-          band.tables->storedEntries() - 1, TripleRow(band, displacement, row), distances, walk.columns);
-  return distances;
+  const int dx = walk.pairDx[k];
+  const std::uint8_t* own =
+      planes.high + 2 * std::ptrdiff_t{row} * planes.stride + 2 * std::ptrdiff_t{walk.firstColumn - 1};
+  const auto rowsOf = [&](int displacement) -> TripleRows {
+    std::uint16_t* first = band.tripleSums + 3 * static_cast<std::size_t>(displacement) * band.blockStride;
+    return {first, first + band.blockStride, first + 2 * band.blockStride};
+  };
+  return {own,
+          own + walk.displacements.dy * planes.stride + dx,
+          planes.stride,
+          walk.columns,
+          band.tables->storedEntries() - 1,
+          band.blockSums,
+          {rowsOf(2 * k), rowsOf(2 * k + 1)},
+          {walk.Holds(dx), walk.Holds(dx + 1)}};
 }
 
 // ---------------------------------------------------------------------------------------------------------------
 // Adding one row of blocks, in one direction.
 
-// The rows of weight pairs, each from its block 0 on, and how far a pair's samples lie from the pixel.
+// The rows of weight pairs, each from its block 0 on, in the order in which their samples follow each other.
 struct PairRows {
   int pairs = 0;
   const std::uint32_t* weights[kMostPairs] = {};
-  std::ptrdiff_t sampleShift[kMostPairs] = {};
 };
 
-// The samples of one row as pairs with their neighbours; enough of them for every displacement and whole
-// steps. pairs[0] belongs to the picture's column -halfWindow - 1.
-inline void PairSamples(const SimilarityBand& band, const Walk& walk, const std::uint8_t* plane,
-                        std::ptrdiff_t row, bool swapped, std::uint32_t* pairs) {
-  const WorkPlanes& planes = *band.planes;
-  const int reach = walk.displacements.halfWindow + 1;
-  const std::uint8_t* start = plane + row * planes.stride + planes.border - reach;
-  const int count = planes.width + 2 * reach;
-  if (swapped) {
-    SamplePairs(start + 1, start, pairs, count);
-  } else {
-    SamplePairs(start, start + 1, pairs, count);
-  }
+// Where the samples of the picture's column 0 and the first of the rows' pairs lie: forward those at dx and
+// dx + 1 for the first dx, backward those at -dx - 1 and -dx, swapped, for the last.
+inline std::ptrdiff_t FirstSample(const Walk& walk, bool backward) {
+  return backward ? -walk.pairDx[walk.pairs - 1] - 1 : walk.pairDx[0];
 }
 
 template <bool kWeights>
 inline void AddPlane(const SimilarityBand& band, const Walk& walk, const PairRows& rows,
-                     const std::uint8_t* plane, std::ptrdiff_t sampleRow, bool swapped, int blockRow,
+                     const std::uint8_t* plane, std::ptrdiff_t sampleRow, bool backward, int blockRow,
                      std::int32_t* sums) {
-  const std::size_t pixelStride = 2 * band.blockStride;
-  std::uint32_t* upper = band.samplePairs;
-  std::uint32_t* lower = band.samplePairs + pixelStride;
-  PairSamples(band, walk, plane, sampleRow, swapped, upper);
-  PairSamples(band, walk, plane, sampleRow + 1, swapped, lower);
-  std::int32_t* upperSum = sums + 2 * static_cast<std::size_t>(blockRow) * pixelStride;
-  std::int32_t* weightSum = band.weightSum + static_cast<std::size_t>(blockRow) * band.blockStride;
-  AddPairs<kWeights>(rows.weights, rows.sampleShift, rows.pairs, upper, lower, walk.blocks, upperSum,
-                     upperSum + pixelStride, weightSum);
+  const WorkPlanes& planes = *band.planes;
+  const std::uint8_t* start = plane + sampleRow * planes.stride + walk.origin + FirstSample(walk, backward);
+  BlockSamples samples{};
+  BlockAccumulators accumulators{};
+  for (int i = 0; i < kBlockPixels; ++i) {
+    samples.rows[i] = band.samplePairs + static_cast<std::size_t>(i) * band.blockStride;
+    accumulators.rows[i] = sums + static_cast<std::size_t>(kBlockPixels * blockRow + i) * band.blockStride;
+  }
+  accumulators.weights = band.weightSum + static_cast<std::size_t>(blockRow) * band.blockStride;
+  std::uint32_t* pairs = band.samplePairs;
+  const int count = band.blocks + walk.pairs;
+  SamplePairs(start, backward, pairs, pairs + band.blockStride, count);
+  SamplePairs(start + planes.stride, backward, pairs + 2 * band.blockStride, pairs + 3 * band.blockStride,
+              count);
+  AddPairs<kWeights>(rows.weights, rows.pairs, samples, band.blocks, band.fusedProducts, accumulators);
 }
 
 inline void AddBlockRow(const SimilarityBand& band, const Walk& walk, const PairRows& rows, bool backward,
@@ -149,21 +129,19 @@ inline void AddBlockRow(const SimilarityBand& band, const Walk& walk, const Pair
   AddPlane<false>(band, walk, rows, planes.low, sampleRow, backward, blockRow, band.lowSum);
 }
 
-// A pair's samples: forward those at +dx and +dx + 1, backward those at -dx and -dx - 1, kept as (second,
-// first).
-inline std::ptrdiff_t SampleShift(const Walk& walk, int dx, bool backward) {
-  return walk.displacements.halfWindow + 1 + (backward ? -dx - 1 : dx);
+// The place of pair k's row among PairRows.
+inline int Place(const Walk& walk, int k, bool backward) {
+  return backward ? walk.pairs - 1 - k : k;
 }
 
 inline PairRows RowsOf(const SimilarityBand& band, const Walk& walk, bool backward) {
-  const int border = band.planes->border;
   PairRows rows;
   rows.pairs = walk.pairs;
   for (int k = 0; k < walk.pairs; ++k) {
     const int dx = walk.pairDx[k];
-    const std::ptrdiff_t column = backward ? walk.BackwardColumn(border, dx) : walk.ForwardColumn(border);
-    rows.weights[k] = band.weights + static_cast<std::size_t>(k) * band.blockStride + column;
-    rows.sampleShift[k] = SampleShift(walk, dx, backward);
+    const std::ptrdiff_t column = backward ? walk.BackwardColumn(dx) : walk.ForwardColumn();
+    rows.weights[Place(walk, k, backward)] =
+        band.weights + static_cast<std::size_t>(k) * band.blockStride + column;
   }
   return rows;
 }
@@ -172,62 +150,74 @@ inline PairRows RowsOf(const SimilarityBand& band, const Walk& walk, bool backwa
 // The two ways from distances to weights.
 
 // One table for all intensities: a distance has one weight, whichever direction it serves.
-inline void AddRowOfOneTable(const SimilarityBand& band, const Walk& walk, int row, int forwardRow,
-                             int backwardRow) {
-  for (int k = 0; k < walk.pairs; ++k) {
-    const int dx = walk.pairDx[k];
-    const std::uint16_t* first = FindDistances(band, walk, row, dx, 0);
-    const std::uint16_t* second = FindDistances(band, walk, row, dx + 1, 1);
-    PairWeights(band.tables->Table(0), band.tables->storedEntries() - 1, first, second,
-                band.weights + static_cast<std::size_t>(k) * band.blockStride, walk.columns);
-  }
+inline void AddRowOfOneTable(const SimilarityBand& band, const Walk& walk, const PairStep* steps,
+                             int forwardRow, int backwardRow) {
+  WeighPairs(steps, walk.pairs, band.tables->Table(0), band.distances, band.weights, band.blockStride);
   if (forwardRow < band.blockRows) AddBlockRow(band, walk, RowsOf(band, walk, false), false, forwardRow);
   if (backwardRow >= 0) AddBlockRow(band, walk, RowsOf(band, walk, true), true, backwardRow);
 }
 
-// A table for each intensity: the weight is that of the block which it serves.
-inline void AddRowOfManyTables(const SimilarityBand& band, const Walk& walk, int row, int forwardRow,
-                               int backwardRow) {
+// Where the table of each of the band's blocks in a row begins: that of its upper left sample.
+inline void FindTables(const SimilarityBand& band, const Walk& walk, int blockRow,
+                       const std::uint16_t** tables) {
   const WorkPlanes& planes = *band.planes;
-  const auto samplesOf = [&](int blockRow) {
-    const std::ptrdiff_t y = planes.border + 2 * (band.firstBlockRow + blockRow);
-    return planes.high + y * planes.stride + planes.border;
-  };
-  const bool forward = forwardRow < band.blockRows;
-  const bool backward = backwardRow >= 0;
-  PairRows forwardRows = RowsOf(band, walk, false);
-  PairRows backwardRows = RowsOf(band, walk, true);
-  for (int k = 0; k < walk.pairs; ++k) {
-    const int dx = walk.pairDx[k];
-    const std::uint16_t* first = FindDistances(band, walk, row, dx, 0);
-    const std::uint16_t* second = FindDistances(band, walk, row, dx + 1, 1);
-    const auto weigh = [&](int blockRow, std::ptrdiff_t column, PairRows& rows, int firstRow) {
-      std::uint32_t* weights = band.weights + static_cast<std::size_t>(firstRow + k) * band.blockStride;
-      PairWeightsByIntensity(*band.tables, samplesOf(blockRow), first + column, second + column, weights,
-                             walk.blocks);
-      rows.weights[k] = weights;
-    };
-    if (forward) weigh(forwardRow, walk.ForwardColumn(planes.border), forwardRows, 0);
-    if (backward) weigh(backwardRow, walk.BackwardColumn(planes.border, dx), backwardRows, kMostPairs);
+  const std::ptrdiff_t y = planes.border + 2 * (band.firstBlockRow + blockRow);
+  const std::uint8_t* samples = planes.high + y * planes.stride + walk.origin;
+  const std::uint16_t* first = band.tables->Table(0);
+  for (std::ptrdiff_t b = 0; b < band.blocks; ++b)
+    tables[b] = first + samples[2 * b] * band.tables->tableStride();
+}
+
+// A table for each intensity: the weight is that of the block which it serves.
+inline void AddRowOfManyTables(const SimilarityBand& band, const Walk& walk, const PairStep* steps,
+                               int forwardRow, int backwardRow) {
+  DirectionStep directions[2];
+  for (const bool backward : {false, true}) {
+    DirectionStep& direction = directions[backward ? 1 : 0];
+    const int blockRow = backward ? backwardRow : forwardRow;
+    direction.wanted = blockRow >= 0 && blockRow < band.blockRows;
+    if (!direction.wanted) continue;
+    const std::uint16_t** tables = band.blockTables + (backward ? band.blockStride : 0);
+    FindTables(band, walk, blockRow, tables);
+    direction.tables = tables;
+    for (int k = 0; k < walk.pairs; ++k) {
+      const std::size_t row = static_cast<std::size_t>(k) + (backward ? kMostPairs : 0);
+      direction.weights[k] = band.weights + row * band.blockStride;
+      direction.column[k] = backward ? walk.BackwardColumn(walk.pairDx[k]) : walk.ForwardColumn();
+    }
   }
-  if (forward) AddBlockRow(band, walk, forwardRows, false, forwardRow);
-  if (backward) AddBlockRow(band, walk, backwardRows, true, backwardRow);
+  WeighPairsByIntensity(steps, walk.pairs, directions, band.blocks, band.distances, band.distancePairs,
+                        band.blockStride);
+  for (const bool backward : {false, true}) {
+    const DirectionStep& direction = directions[backward ? 1 : 0];
+    if (!direction.wanted) continue;
+    PairRows rows;
+    rows.pairs = walk.pairs;
+    for (int k = 0; k < walk.pairs; ++k) rows.weights[Place(walk, k, backward)] = direction.weights[k];
+    AddBlockRow(band, walk, rows, backward, backward ? backwardRow : forwardRow);
+  }
 }
 
 inline void AccumulateDisplacementsImpl(const SimilarityBand& band, const DisplacementRow& displacements) {
   const Walk walk = PlanWalk(band, displacements);
   const bool oneTable = band.tables->tableStride() == 0;
-  const int lastRow = walk.firstRow + band.blockRows - 1 + walk.backwardRow;
-  FindFirstTriples(band, walk, walk.firstRow - 1);
-  FindFirstTriples(band, walk, walk.firstRow);
-  for (int row = walk.firstRow; row <= lastRow; ++row) {
-    const int forwardRow = row - walk.firstRow;
+  PairStep steps[kMostPairs];
+  const auto advance = [&] {
+    for (int k = 0; k < walk.pairs; ++k) steps[k].Advance();
+  };
+  for (int k = 0; k < walk.pairs; ++k) steps[k] = StepOf(band, walk, walk.firstRow - 1, k);
+  for (int row = 0; row < 2; ++row) {
+    for (int k = 0; k < walk.pairs; ++k) FindPairTriples(steps[k]);
+    advance();
+  }
+  for (int forwardRow = 0; forwardRow < band.blockRows + walk.backwardRow; ++forwardRow) {
     const int backwardRow = forwardRow - walk.backwardRow;
     if (oneTable) {
-      AddRowOfOneTable(band, walk, row + 1, forwardRow, backwardRow);
+      AddRowOfOneTable(band, walk, steps, forwardRow, backwardRow);
     } else {
-      AddRowOfManyTables(band, walk, row + 1, forwardRow, backwardRow);
+      AddRowOfManyTables(band, walk, steps, forwardRow, backwardRow);
     }
+    advance();
   }
 }
 
@@ -236,21 +226,24 @@ inline void AccumulateDisplacementsImpl(const SimilarityBand& band, const Displa
 
 inline void InitBandImpl(const SimilarityBand& band) {
   const WorkPlanes& planes = *band.planes;
-  const std::size_t pixels = 2 * band.blockStride;
   const auto blockRows = static_cast<std::size_t>(band.blockRows);
   constexpr auto kOne = static_cast<std::int32_t>(kWeightOne);
   std::fill_n(band.weightSum, blockRows * band.blockStride, kOne);
-  for (std::size_t row = 0; row < 2 * blockRows; ++row) {
-    const std::ptrdiff_t y = planes.border + 2 * band.firstBlockRow + static_cast<std::ptrdiff_t>(row);
-    const std::ptrdiff_t place = y * planes.stride + planes.border;
-    for (std::ptrdiff_t x = 0; x < planes.width; ++x)
-      band.highSum[row * pixels + x] = planes.high[place + x] * kOne;
-    if (planes.low == nullptr) continue;
-    for (std::ptrdiff_t x = 0; x < planes.width; ++x)
-      band.lowSum[row * pixels + x] = planes.low[place + x] * kOne;
-  }
-  const auto tooFar = static_cast<std::uint16_t>(band.tables->storedEntries() - 1);
-  std::fill_n(band.distances + 2 * band.blockStride, band.blockStride, tooFar);
+  const auto begin = [&](const std::uint8_t* plane, std::int32_t* sums) {
+    for (std::size_t row = 0; row < 2 * blockRows; ++row) {
+      const std::ptrdiff_t y = planes.border + 2 * band.firstBlockRow + static_cast<std::ptrdiff_t>(row);
+      const std::uint8_t* HWY_RESTRICT samples =
+          plane + y * planes.stride + planes.border + 2 * std::ptrdiff_t{band.firstBlock};
+      std::int32_t* HWY_RESTRICT even = sums + row * 2 * band.blockStride;
+      std::int32_t* HWY_RESTRICT odd = even + band.blockStride;
+      for (std::ptrdiff_t b = 0; b < band.blocks; ++b) {
+        even[b] = samples[2 * b] * kOne;
+        odd[b] = samples[2 * b + 1] * kOne;
+      }
+    }
+  };
+  begin(planes.high, band.highSum);
+  if (planes.low != nullptr) begin(planes.low, band.lowSum);
 }
 
 // A reciprocal and a tiny addition stand for the division: a quotient plus one half that is not whole lies at
@@ -258,31 +251,32 @@ inline void InitBandImpl(const SimilarityBand& band) {
 // the rounding errors; one that is whole is lifted back over them.
 constexpr double kHalfAndABit = 0.5 + 1e-9;
 
+// high, low: `blocks` sums of even columns and, `odd` further on, those of odd ones.
 template <typename T>
 inline void NormaliseRow(const std::int32_t* HWY_RESTRICT high, const std::int32_t* HWY_RESTRICT low,
-                         const std::int32_t* HWY_RESTRICT weights, T* HWY_RESTRICT out,
-                         std::ptrdiff_t blocks) {
-  for (std::ptrdiff_t b = 0; b < blocks; ++b) {
+                         std::size_t odd, const std::int32_t* HWY_RESTRICT weights, T* HWY_RESTRICT out,
+                         std::size_t blocks) {
+  for (std::size_t b = 0; b < blocks; ++b) {
     const double reciprocal = 1.0 / weights[b];
-    for (std::ptrdiff_t x = 2 * b; x < 2 * b + 2; ++x) {
-      double value = high[x];
-      if constexpr (sizeof(T) == 2) value = value * 256.0 + low[x];
-      out[x] = static_cast<T>(static_cast<std::int32_t>(value * reciprocal + kHalfAndABit));
+    for (std::size_t x = 0; x < 2; ++x) {
+      double value = high[b + x * odd];
+      if constexpr (sizeof(T) == 2) value = value * 256.0 + low[b + x * odd];
+      out[2 * b + x] = static_cast<T>(static_cast<std::int32_t>(value * reciprocal + kHalfAndABit));
     }
   }
 }
 
 inline void NormaliseBandImpl(const SimilarityBand& band, unsigned char* rows, std::ptrdiff_t rowStride,
                               int bits) {
-  const std::ptrdiff_t blocks = band.planes->width / 2;
+  const auto blocks = static_cast<std::size_t>(band.blocks);
   for (std::size_t row = 0; row < 2 * static_cast<std::size_t>(band.blockRows); ++row) {
     unsigned char* out = rows + static_cast<std::ptrdiff_t>(row) * rowStride;
     const std::int32_t* high = band.highSum + row * 2 * band.blockStride;
     const std::int32_t* weights = band.weightSum + row / 2 * band.blockStride;
     if (bits == 8) {
-      NormaliseRow<std::uint8_t>(high, nullptr, weights, out, blocks);
+      NormaliseRow<std::uint8_t>(high, nullptr, band.blockStride, weights, out, blocks);
     } else {
-      NormaliseRow(high, band.lowSum + row * 2 * band.blockStride, weights,
+      NormaliseRow(high, band.lowSum + row * 2 * band.blockStride, band.blockStride, weights,
                    reinterpret_cast<std::uint16_t*>(out), blocks);
     }
   }

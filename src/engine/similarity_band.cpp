@@ -36,13 +36,40 @@ void NormaliseBand(const SimilarityBand& band, unsigned char* rows, std::ptrdiff
   HWY_DYNAMIC_DISPATCH(NormaliseBandImpl)(band, rows, rowStride, bits);
 }
 
+namespace {
+
+// The loops for AVX-512 have a form for newer processors, which Highway counts as a target of its own.
+bool NewerAvx512Allowed() {
+#if HWY_ARCH_X86 && (HWY_COMPILER_GCC || HWY_COMPILER_CLANG)
+  return (hwy::SupportedTargets() & HWY_AVX3_DL) != 0 && __builtin_cpu_supports("avx512vnni") != 0;
+#else
+  return false;
+#endif
+}
+
+}  // namespace
+
 std::int64_t ActiveBandTarget() {
-  return HWY_DYNAMIC_DISPATCH(TargetImpl)();
+  const std::int64_t target = HWY_DYNAMIC_DISPATCH(TargetImpl)();
+#if HWY_ARCH_X86
+  if (target == HWY_AVX3 && NewerAvx512Allowed()) return HWY_AVX3_DL;
+#endif
+  return target;
+}
+
+bool HasFusedProducts() {
+  return NewerAvx512Allowed();
 }
 
 const std::vector<std::int64_t>& CompiledBandTargets() {
   // Asked before any target is forced, since forcing one hides the others from Highway.
-  static const std::vector<std::int64_t> targets = hwy::SupportedAndGeneratedTargets();
+  static const std::vector<std::int64_t> targets = [] {
+    std::vector<std::int64_t> found = hwy::SupportedAndGeneratedTargets();
+#if HWY_ARCH_X86
+    if (NewerAvx512Allowed()) found.insert(found.begin(), HWY_AVX3_DL);
+#endif
+    return found;
+  }();
   return targets;
 }
 

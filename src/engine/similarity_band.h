@@ -43,26 +43,32 @@ inline constexpr int kMostDisplacementsPerRow = 21;
 inline constexpr int kMostPairs = kMostDisplacementsPerRow / 2 + 1;
 
 // One band of 2 x 2 blocks with its accumulators. Everything but `planes` and `tables` belongs to one thread.
-// All rows of storage have room for blockStride blocks, or twice as many pixels; see BlockStride.
+// All rows of storage have room for blockStride blocks; see BlockStride.
 struct SimilarityBand {
   const WorkPlanes* planes = nullptr;
   const WeightTables* tables = nullptr;
-  int firstBlockRow = 0;
+  int firstBlockRow = 0;  // of the picture
   int blockRows = 0;
+  int firstBlock = 0;  // of the picture's rows of blocks
+  int blocks = 0;
   std::size_t blockStride = 0;
+  bool fusedProducts = false;  // see HasFusedProducts
 
   // Accumulators: per block the sum of weights, per pixel the weighted sum of high and, at 16 bits, of low
-  // bytes. 441 weights of at most 10000 times 255 fit 31 bits.
-  std::int32_t* weightSum = nullptr;  // blockRows rows of blocks
-  std::int32_t* highSum = nullptr;    // 2 blockRows rows of pixels
+  // bytes. 441 weights of at most 10000 times 255 fit 31 bits. A row of pixels is kept as two of blocks: its
+  // even columns, then its odd ones.
+  std::int32_t* weightSum = nullptr;  // blockRows rows
+  std::int32_t* highSum = nullptr;    // 4 blockRows rows
   std::int32_t* lowSum = nullptr;     // the same, or null
 
   // Scratch.
-  std::uint16_t* blockSums = nullptr;   // 1 row of blocks: differences summed over each
-  std::uint16_t* tripleSums = nullptr;  // 3 rows of blocks for each of kMostDisplacementsPerRow displacements
-  std::uint16_t* distances = nullptr;  // 3 rows of blocks: those of two displacements, and a row of "too far"
-  std::uint32_t* weights = nullptr;    // 2 kMostPairs rows of blocks: a weight, and that of the next dx << 16
-  std::uint32_t* samplePairs = nullptr;  // 2 rows of pixels: sample and neighbour << 16
+  std::uint16_t* blockSums = nullptr;           // 1 row: differences summed over each block
+  std::uint16_t* tripleSums = nullptr;          // 3 rows for each displacement of kMostPairs pairs
+  std::uint16_t* distances = nullptr;           // 2 rows: those of a pair's displacements
+  std::uint32_t* weights = nullptr;             // 2 kMostPairs rows: a weight, and that of the next dx << 16
+  const std::uint16_t** blockTables = nullptr;  // 2 rows: the table of each block; unset ones readable
+  std::uint32_t* distancePairs = nullptr;       // kMostPairs rows: as weights
+  std::uint32_t* samplePairs = nullptr;         // 4 rows: a sample and its neighbour << 16
 };
 
 // A row's length in blocks that leaves every loop room around `blocks` blocks.
@@ -74,9 +80,12 @@ void InitBand(const SimilarityBand& band);
 // Adds both directions of each displacement: the weight at p for the partner at p + d, the weight at p - d
 // for the one there.
 void AccumulateDisplacements(const SimilarityBand& band, const DisplacementRow& displacements);
-// Divides: row r of the band's 2 blockRows pixel rows goes to `rows` + r * rowStride bytes, the picture's
-// width in samples of `bits` (8 or 16), each trunc(value / weight + 0.5).
+// Divides: row r of the band's 2 blockRows pixel rows goes to `rows` + r * rowStride bytes, 2 blocks samples
+// of `bits` (8 or 16), each trunc(value / weight + 0.5).
 void NormaliseBand(const SimilarityBand& band, unsigned char* rows, std::ptrdiff_t rowStride, int bits);
+
+// Whether the loops may multiply and add in one instruction where their target alone does not promise it.
+[[nodiscard]] bool HasFusedProducts();
 
 // Highway targets: the one in use, and those compiled in that this machine runs, best first.
 [[nodiscard]] std::int64_t ActiveBandTarget();

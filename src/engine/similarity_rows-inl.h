@@ -13,7 +13,10 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
+#include <utility>
 
+#include "engine/similarity_band.h"
 #include "engine/weight_tables.h"
 #include "hwy/highway.h"
 
@@ -23,22 +26,47 @@ namespace HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
+// Of a row of blocks: the samples of each of a block's pixels (even and odd columns of the upper row, then of
+// the lower) as pairs, and where their sums and the sum of weights go.
+constexpr int kBlockPixels = 4;
+struct BlockSamples {
+  const std::uint32_t* rows[kBlockPixels];
+};
+struct BlockAccumulators {
+  std::int32_t* rows[kBlockPixels];
+  std::int32_t* weights;
+};
+
+// Where one displacement keeps the triple sums of the last three rows, which take turns.
+struct TripleRows {
+  std::uint16_t* oldest;
+  std::uint16_t* middle;
+  std::uint16_t* newest;
+};
+
+// What two neighbouring displacements read and write for a row of `columns` blocks. Distances are held to
+// `tooFar`, whose weight is 0, and are all that for a displacement that does not exist.
+struct PairStep {
+  const std::uint8_t* own;      // the upper samples of the newest row, from one block earlier on
+  const std::uint8_t* partner;  // those the first displacement leads to
+  std::ptrdiff_t stride;        // of the samples
+  int columns;
+  int tooFar;
+  std::uint16_t* blockSums;  // scratch for one row
+  TripleRows triples[2];
+  bool exists[2];
+
+  // To the next row of blocks.
+  void Advance() {
+    own += 2 * stride;
+    partner += 2 * stride;
+    for (TripleRows& rows : triples) rows = {rows.middle, rows.newest, rows.oldest};
+  }
+};
+
 // Two weights as one word: that of a pair's first displacement, and that of its second above it.
 HWY_INLINE std::uint32_t Pack(std::uint32_t first, std::uint32_t second) {
   return first | (second << 16U);
-}
-
-// Weights by the table of each block's intensity: `samples` are the picture's, every other one counts.
-inline void PairWeightsByIntensity(const WeightTables& tables, const std::uint8_t* HWY_RESTRICT samples,
-                                   const std::uint16_t* HWY_RESTRICT first,
-                                   const std::uint16_t* HWY_RESTRICT second,
-                                   std::uint32_t* HWY_RESTRICT weights, std::ptrdiff_t blocks) {
-  const std::uint16_t* start = tables.Table(0);
-  const std::size_t stride = tables.tableStride();
-  for (std::ptrdiff_t b = 0; b < blocks; ++b) {
-    const std::uint16_t* table = start + samples[2 * b] * stride;
-    weights[b] = Pack(table[first[b]], table[second[b]]);
-  }
 }
 
 #if HWY_TARGET == HWY_SCALAR
@@ -73,27 +101,27 @@ inline void BoxSums(const std::uint16_t* HWY_RESTRICT sums, const std::uint16_t*
   }
 }
 
-// weights[j] = the table's at first[j], and its at second[j] above it; the weight of distance `zero` is 0.
-inline void PairWeights(const std::uint16_t* HWY_RESTRICT table, int /*zero*/,
-                        const std::uint16_t* HWY_RESTRICT first, const std::uint16_t* HWY_RESTRICT second,
-                        std::uint32_t* HWY_RESTRICT weights, int count) {
-  for (std::ptrdiff_t j = 0; j < count; ++j) weights[j] = Pack(table[first[j]], table[second[j]]);
+// Two neighbouring samples as one word, for the even columns of `samples` and for the odd ones:
+//   even[j] = samples[2j] and above it samples[2j + 1], odd[j] = samples[2j + 1] and above it samples[2j +
+//   2],
+// or, swapped, the other way round in each word.
+inline void SamplePairs(const std::uint8_t* HWY_RESTRICT samples, bool swapped,
+                        std::uint32_t* HWY_RESTRICT even, std::uint32_t* HWY_RESTRICT odd, int count) {
+  const auto pair = [&](std::ptrdiff_t x) {
+    return swapped ? Pack(samples[x + 1], samples[x]) : Pack(samples[x], samples[x + 1]);
+  };
+  for (std::ptrdiff_t j = 0; j < count; ++j) {
+    even[j] = pair(2 * j);
+    odd[j] = pair(2 * j + 1);
+  }
 }
 
-// pairs[x] = first[x], and second[x] above it.
-inline void SamplePairs(const std::uint8_t* HWY_RESTRICT first, const std::uint8_t* HWY_RESTRICT second,
-                        std::uint32_t* HWY_RESTRICT pairs, int count) {
-  for (std::ptrdiff_t x = 0; x < count; ++x) pairs[x] = Pack(first[x], second[x]);
-}
-
-// For each of `pairs` pairs k, blocks b and pixels x = 2b, 2b + 1: the two weights of weights[k][b] times the
-// two samples of upper[shift[k] + x] go to upperSum[x], likewise for lower; with kWeights their sum to
-// weightSum[b].
+// For each of `pairs` pairs k and each block b: the two weights of weights[k][b] times the two samples of
+// samples.rows[i][b + k] go to sums.rows[i][b], for each of the block's pixels i; with kWeights their sum to
+// sums.weights[b]. fusedProducts: whether one instruction may multiply and add, where a target knows of that.
 template <bool kWeights>
-inline void AddPairs(const std::uint32_t* const* weights, const std::ptrdiff_t* shift, int pairs,
-                     const std::uint32_t* HWY_RESTRICT upper, const std::uint32_t* HWY_RESTRICT lower,
-                     std::ptrdiff_t blocks, std::int32_t* HWY_RESTRICT upperSum,
-                     std::int32_t* HWY_RESTRICT lowerSum, std::int32_t* HWY_RESTRICT weightSum) {
+inline void AddPairs(const std::uint32_t* const* weights, int pairs, const BlockSamples& samples,
+                     std::ptrdiff_t blocks, bool /*fusedProducts*/, const BlockAccumulators& sums) {
   const auto product = [](std::uint32_t weight, std::uint32_t sample) {
     return static_cast<std::int32_t>((weight & 0xFFFFU) * (sample & 0xFFFFU) +
                                      (weight >> 16U) * (sample >> 16U));
@@ -101,11 +129,9 @@ inline void AddPairs(const std::uint32_t* const* weights, const std::ptrdiff_t* 
   for (int k = 0; k < pairs; ++k) {
     for (std::ptrdiff_t b = 0; b < blocks; ++b) {
       const std::uint32_t weight = weights[k][b];
-      if constexpr (kWeights) weightSum[b] += static_cast<std::int32_t>((weight & 0xFFFFU) + (weight >> 16U));
-      for (std::ptrdiff_t x = 2 * b; x < 2 * b + 2; ++x) {
-        upperSum[x] += product(weight, upper[shift[k] + x]);
-        lowerSum[x] += product(weight, lower[shift[k] + x]);
-      }
+      if constexpr (kWeights)
+        sums.weights[b] += static_cast<std::int32_t>((weight & 0xFFFFU) + (weight >> 16U));
+      for (int i = 0; i < kBlockPixels; ++i) sums.rows[i][b] += product(weight, samples.rows[i][b + k]);
     }
   }
 }
@@ -121,9 +147,7 @@ using D32i = hn::ScalableTag<std::int32_t>;
 // Sums of neighbouring bytes, as 16-bit lanes.
 template <class V8>
 HWY_INLINE hn::Vec<D16> SumsOf2(V8 bytes) {
-#if HWY_TARGET == HWY_AVX3 || HWY_TARGET == HWY_AVX3_DL
-  return hn::Vec<D16>{_mm512_maddubs_epi16(bytes.raw, _mm512_set1_epi8(1))};
-#elif HWY_TARGET == HWY_AVX2
+#if HWY_TARGET == HWY_AVX2
   return hn::Vec<D16>{_mm256_maddubs_epi16(bytes.raw, _mm256_set1_epi8(1))};
 #elif HWY_TARGET == HWY_SSE4 || HWY_TARGET == HWY_SSSE3
   return hn::Vec<D16>{_mm_maddubs_epi16(bytes.raw, _mm_set1_epi8(1))};
@@ -136,7 +160,7 @@ HWY_INLINE hn::Vec<D16> SumsOf2(V8 bytes) {
 
 template <class V8>
 HWY_INLINE hn::Vec<D16> PairDifferences(V8 a, V8 b) {
-  return SumsOf2(hn::Or(hn::SaturatedSub(a, b), hn::SaturatedSub(b, a)));
+  return SumsOf2(hn::Sub(hn::Max(a, b), hn::Min(a, b)));
 }
 
 inline void BlockSums(const std::uint8_t* HWY_RESTRICT row, const std::uint8_t* HWY_RESTRICT partner,
@@ -179,102 +203,19 @@ inline void BoxSums(const std::uint16_t* HWY_RESTRICT sums, const std::uint16_t*
   }
 }
 
-// Four distances of each displacement are read as one word and taken apart in registers, which is quicker
-// than gathering, and than eight loads; compilers make something slow of the plain loop.
-HWY_INLINE void LookUpFour(const std::uint16_t* HWY_RESTRICT table, const std::uint16_t* HWY_RESTRICT first,
-                           const std::uint16_t* HWY_RESTRICT second, std::uint32_t* HWY_RESTRICT weights) {
-  std::uint64_t firsts = 0;
-  std::uint64_t seconds = 0;
-  hwy::CopyBytes<sizeof firsts>(first, &firsts);
-  hwy::CopyBytes<sizeof seconds>(second, &seconds);
-  for (int i = 0; i < 4; i += 2) {
-    const std::uint64_t low = Pack(table[firsts & 0xFFFFU], table[seconds & 0xFFFFU]);
-    const std::uint64_t high = Pack(table[firsts >> 16U & 0xFFFFU], table[seconds >> 16U & 0xFFFFU]);
-    const std::uint64_t both = low | high << 32U;
-    hwy::CopyBytes<sizeof both>(&both, weights + i);
-    firsts >>= 32U;
-    seconds >>= 32U;
-  }
-}
-
-// Where a whole vector of distances lies beyond the table nothing needs looking up.
-inline void PairWeightsFromMemory(const std::uint16_t* HWY_RESTRICT table, int zero,
-                                  const std::uint16_t* HWY_RESTRICT first,
-                                  const std::uint16_t* HWY_RESTRICT second,
-                                  std::uint32_t* HWY_RESTRICT weights, int count) {
+inline void SamplePairs(const std::uint8_t* HWY_RESTRICT samples, bool swapped,
+                        std::uint32_t* HWY_RESTRICT even, std::uint32_t* HWY_RESTRICT odd, int count) {
   const D16 d16;
   const D32 d32;
-  const auto lanes = static_cast<std::ptrdiff_t>(hn::Lanes(d16));
-  const auto limit = hn::Set(d16, static_cast<std::uint16_t>(zero));
-  for (std::ptrdiff_t j = 0; j < count; j += lanes) {
-    const auto nearest = hn::Min(hn::LoadU(d16, first + j), hn::LoadU(d16, second + j));
-    if (hn::AllTrue(d16, hn::Eq(nearest, limit))) {
-      hn::StoreU(hn::Zero(d32), d32, weights + j);
-      hn::StoreU(hn::Zero(d32), d32, weights + j + lanes / 2);
-      continue;
-    }
-    for (std::ptrdiff_t k = j; k < j + lanes; k += 4) LookUpFour(table, first + k, second + k, weights + k);
-  }
-}
-
-#if HWY_TARGET == HWY_AVX3
-
-// Weights of 32 distances from registers: two hold 64 entries, of which one instruction picks 32. The parts
-// of the table are gone through as far as a lane needs them; a distance of `zero` needs none.
-HWY_INLINE __m512i LookUp32(const std::uint16_t* HWY_RESTRICT table, __m512i zero, __m512i distances) {
-  const __mmask32 near = _mm512_cmplt_epu16_mask(distances, zero);
-  __mmask32 wanted = near;
-  __m512i weights = _mm512_setzero_si512();
-  for (std::ptrdiff_t part = 0; wanted != 0; part += kTableStep) {
-    const __m512i lower = _mm512_load_si512(table + part);
-    const __m512i upper = _mm512_load_si512(table + part + kTableStep / 2);
-    weights = _mm512_mask_mov_epi16(weights, wanted, _mm512_permutex2var_epi16(lower, distances, upper));
-    const __m512i next = _mm512_set1_epi16(static_cast<std::int16_t>(part + kTableStep));
-    wanted = _mm512_mask_cmpge_epu16_mask(near, distances, next);
-  }
-  return weights;
-}
-
-inline void PairWeightsFromRegisters(const std::uint16_t* HWY_RESTRICT table, int zero,
-                                     const std::uint16_t* HWY_RESTRICT first,
-                                     const std::uint16_t* HWY_RESTRICT second,
-                                     std::uint32_t* HWY_RESTRICT weights, int count) {
-  const __m512i limit = _mm512_set1_epi16(static_cast<std::int16_t>(zero));
-  HWY_ALIGN std::uint16_t order[64];  // of the interleaved lanes: those of the second operand begin at 32
-  for (std::uint16_t i = 0; i < 64; ++i) order[i] = static_cast<std::uint16_t>(i / 2 + i % 2 * 32);
-  const __m512i lowerOrder = _mm512_load_si512(order);
-  const __m512i upperOrder = _mm512_load_si512(order + 32);
-  for (std::ptrdiff_t j = 0; j < count; j += 32) {
-    const __m512i firsts = LookUp32(table, limit, _mm512_loadu_si512(first + j));
-    const __m512i seconds = LookUp32(table, limit, _mm512_loadu_si512(second + j));
-    _mm512_storeu_si512(weights + j, _mm512_permutex2var_epi16(firsts, lowerOrder, seconds));
-    _mm512_storeu_si512(weights + j + 16, _mm512_permutex2var_epi16(firsts, upperOrder, seconds));
-  }
-}
-
-#endif  // HWY_TARGET == HWY_AVX3
-
-inline void PairWeights(const std::uint16_t* HWY_RESTRICT table, int zero,
-                        const std::uint16_t* HWY_RESTRICT first, const std::uint16_t* HWY_RESTRICT second,
-                        std::uint32_t* HWY_RESTRICT weights, int count) {
-#if HWY_TARGET == HWY_AVX3
-  // Longer tables (strengths above 12) are no quicker from registers than from memory.
-  constexpr int kMostParts = 4;
-  if (zero < kMostParts * kTableStep)
-    return PairWeightsFromRegisters(table, zero, first, second, weights, count);
-#endif
-  PairWeightsFromMemory(table, zero, first, second, weights, count);
-}
-
-inline void SamplePairs(const std::uint8_t* HWY_RESTRICT first, const std::uint8_t* HWY_RESTRICT second,
-                        std::uint32_t* HWY_RESTRICT pairs, int count) {
-  const D32 d32;
-  const hn::Rebind<std::uint8_t, D32> d8;
+  const hn::Rebind<std::uint8_t, D16> d8;
   const auto lanes = static_cast<std::ptrdiff_t>(hn::Lanes(d32));
-  for (std::ptrdiff_t x = 0; x < count; x += lanes) {
-    const auto low = hn::PromoteTo(d32, hn::LoadU(d8, first + x));
-    const auto high = hn::PromoteTo(d32, hn::LoadU(d8, second + x));
-    hn::StoreU(hn::Or(low, hn::ShiftLeft<16>(high)), d32, pairs + x);
+  const auto pairsAt = [&](const std::uint8_t* at) {
+    const auto pairs = hn::PromoteTo(d16, hn::LoadU(d8, at));
+    return hn::BitCast(d32, swapped ? hn::Reverse2(d16, pairs) : pairs);
+  };
+  for (std::ptrdiff_t j = 0; j < count; j += lanes) {
+    hn::StoreU(pairsAt(samples + 2 * j), d32, even + j);
+    hn::StoreU(pairsAt(samples + 2 * j + 1), d32, odd + j);
   }
 }
 
@@ -291,57 +232,178 @@ HWY_INLINE hn::Vec<D16i> LoadPairs(const std::uint32_t* HWY_RESTRICT pairs) {
   return hn::BitCast(D16i(), hn::LoadU(D32(), pairs));
 }
 
-// The indices that give each block's weights to both its pixels: lower half of a vector of blocks, and upper.
-template <int kUpper>
-HWY_INLINE auto TwiceEach() {
-  const D32 d32;
-  HWY_ALIGN std::int32_t indices[hn::MaxLanes(D32())];
-  const auto lanes = static_cast<std::int32_t>(hn::Lanes(d32));
-  for (std::int32_t i = 0; i < lanes; ++i) indices[i] = (kUpper * lanes + i) / 2;
-  return hn::SetTableIndices(d32, indices);
-}
+#if HWY_TARGET != HWY_AVX3  // which has its own
 
 template <bool kWeights>
-inline void AddPairs(const std::uint32_t* const* weights, const std::ptrdiff_t* shift, int pairs,
-                     const std::uint32_t* HWY_RESTRICT upper, const std::uint32_t* HWY_RESTRICT lower,
-                     std::ptrdiff_t blocks, std::int32_t* HWY_RESTRICT upperSum,
-                     std::int32_t* HWY_RESTRICT lowerSum, std::int32_t* HWY_RESTRICT weightSum) {
+inline void AddPairs(const std::uint32_t* const* weights, int pairs, const BlockSamples& samples,
+                     std::ptrdiff_t blocks, bool /*fusedProducts*/, const BlockAccumulators& sums) {
   const D16i d16;
   const D32 d32;
   const D32i d32i;
   const auto lanes = static_cast<std::ptrdiff_t>(hn::Lanes(d32));
-  const auto lowerHalf = TwiceEach<0>();
-  const auto upperHalf = TwiceEach<1>();
   const auto ones = hn::Set(d16, 1);
   for (std::ptrdiff_t b = 0; b < blocks; b += lanes) {
-    const std::ptrdiff_t x = 2 * b;
-    auto upper0 = hn::LoadU(d32i, upperSum + x);
-    auto upper1 = hn::LoadU(d32i, upperSum + x + lanes);
-    auto lower0 = hn::LoadU(d32i, lowerSum + x);
-    auto lower1 = hn::LoadU(d32i, lowerSum + x + lanes);
-    auto sum = kWeights ? hn::LoadU(d32i, weightSum + b) : hn::Zero(d32i);
+    auto sum0 = hn::LoadU(d32i, sums.rows[0] + b);
+    auto sum1 = hn::LoadU(d32i, sums.rows[1] + b);
+    auto sum2 = hn::LoadU(d32i, sums.rows[2] + b);
+    auto sum3 = hn::LoadU(d32i, sums.rows[3] + b);
+    auto weightSum = kWeights ? hn::LoadU(d32i, sums.weights + b) : hn::Zero(d32i);
     for (int k = 0; k < pairs; ++k) {
-      const auto weight = hn::LoadU(d32, weights[k] + b);
-      if (hn::AllTrue(d32, hn::Eq(weight, hn::Zero(d32)))) continue;
-      const auto weight0 = hn::BitCast(d16, hn::TableLookupLanes(weight, lowerHalf));
-      const auto weight1 = hn::BitCast(d16, hn::TableLookupLanes(weight, upperHalf));
-      const std::uint32_t* HWY_RESTRICT above = upper + shift[k] + x;
-      const std::uint32_t* HWY_RESTRICT below = lower + shift[k] + x;
-      upper0 = hn::Add(upper0, PairProducts(LoadPairs(above), weight0));
-      upper1 = hn::Add(upper1, PairProducts(LoadPairs(above + lanes), weight1));
-      lower0 = hn::Add(lower0, PairProducts(LoadPairs(below), weight0));
-      lower1 = hn::Add(lower1, PairProducts(LoadPairs(below + lanes), weight1));
-      if constexpr (kWeights) sum = hn::Add(sum, PairProducts(hn::BitCast(d16, weight), ones));
+      const auto words = hn::LoadU(d32, weights[k] + b);
+      const auto weight = hn::BitCast(d16, words);
+      sum0 = hn::Add(sum0, PairProducts(LoadPairs(samples.rows[0] + b + k), weight));
+      sum1 = hn::Add(sum1, PairProducts(LoadPairs(samples.rows[1] + b + k), weight));
+      sum2 = hn::Add(sum2, PairProducts(LoadPairs(samples.rows[2] + b + k), weight));
+      sum3 = hn::Add(sum3, PairProducts(LoadPairs(samples.rows[3] + b + k), weight));
+      if constexpr (kWeights) weightSum = hn::Add(weightSum, PairProducts(weight, ones));
     }
-    hn::StoreU(upper0, d32i, upperSum + x);
-    hn::StoreU(upper1, d32i, upperSum + x + lanes);
-    hn::StoreU(lower0, d32i, lowerSum + x);
-    hn::StoreU(lower1, d32i, lowerSum + x + lanes);
-    if constexpr (kWeights) hn::StoreU(sum, d32i, weightSum + b);
+    hn::StoreU(sum0, d32i, sums.rows[0] + b);
+    hn::StoreU(sum1, d32i, sums.rows[1] + b);
+    hn::StoreU(sum2, d32i, sums.rows[2] + b);
+    hn::StoreU(sum3, d32i, sums.rows[3] + b);
+    if constexpr (kWeights) hn::StoreU(weightSum, d32i, sums.weights + b);
   }
 }
 
+#endif  // HWY_TARGET != HWY_AVX3
+
 #endif  // HWY_TARGET == HWY_SCALAR
+
+// ---------------------------------------------------------------------------------------------------------------
+// Weights from tables in memory.
+
+#if HWY_ARCH_X86
+
+// weights[i] = the entry of tables[i] at first[i], and that at second[i] above it, for four i. Distances are
+// read four at a time and weights put together in a vector: quicker than gathering and than plain loops.
+HWY_INLINE void LookUpFour(const std::uint16_t* const* tables, const std::uint16_t* first,
+                           const std::uint16_t* second, std::uint32_t* weights) {
+  std::uint64_t firsts = 0;
+  std::uint64_t seconds = 0;
+  hwy::CopyBytes<sizeof firsts>(first, &firsts);
+  hwy::CopyBytes<sizeof seconds>(second, &seconds);
+  const auto at = [](const std::uint16_t* table, std::uint64_t distances, int i) {
+    return table[static_cast<std::uint16_t>(distances >> (16 * i))];
+  };
+  __m128i found = _mm_cvtsi32_si128(at(tables[0], firsts, 0));
+  found = _mm_insert_epi16(found, at(tables[0], seconds, 0), 1);
+  found = _mm_insert_epi16(found, at(tables[1], firsts, 1), 2);
+  found = _mm_insert_epi16(found, at(tables[1], seconds, 1), 3);
+  found = _mm_insert_epi16(found, at(tables[2], firsts, 2), 4);
+  found = _mm_insert_epi16(found, at(tables[2], seconds, 2), 5);
+  found = _mm_insert_epi16(found, at(tables[3], firsts, 3), 6);
+  found = _mm_insert_epi16(found, at(tables[3], seconds, 3), 7);
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(weights), found);
+}
+
+#else
+
+HWY_INLINE void LookUpFour(const std::uint16_t* const* tables, const std::uint16_t* first,
+                           const std::uint16_t* second, std::uint32_t* weights) {
+  for (int i = 0; i < 4; ++i) weights[i] = Pack(tables[i][first[i]], tables[i][second[i]]);
+}
+
+#endif  // HWY_ARCH_X86
+
+// Whether eight blocks from here on have no weight.
+HWY_INLINE bool AllTooFar(const std::uint16_t* first, const std::uint16_t* second, int tooFar) {
+#if HWY_TARGET == HWY_SCALAR
+  return std::all_of(first, first + 8, [=](std::uint16_t distance) { return distance == tooFar; }) &&
+         std::all_of(second, second + 8, [=](std::uint16_t distance) { return distance == tooFar; });
+#else
+  const hn::FixedTag<std::uint16_t, 8> d16;
+  const auto nearest = hn::Min(hn::LoadU(d16, first), hn::LoadU(d16, second));
+  return hn::AllTrue(d16, hn::Eq(nearest, hn::Set(d16, static_cast<std::uint16_t>(tooFar))));
+#endif
+}
+
+// weights[b] = that of first[b], and that of second[b] above it, for `blocks` blocks; the table of block b
+// begins at tables[b], or with kOneTable at tables[0] for all.
+template <bool kOneTable>
+inline void PairWeights(const std::uint16_t* const* HWY_RESTRICT tables, int tooFar,
+                        const std::uint16_t* HWY_RESTRICT first, const std::uint16_t* HWY_RESTRICT second,
+                        std::uint32_t* HWY_RESTRICT weights, std::ptrdiff_t blocks) {
+  const std::uint16_t* const sameTable[4] = {tables[0], tables[0], tables[0], tables[0]};
+  for (std::ptrdiff_t b = 0; b < blocks; b += 8) {
+    if (!kOneTable && AllTooFar(first + b, second + b, tooFar)) {
+      std::fill_n(weights + b, 8, 0U);
+      continue;
+    }
+    for (std::ptrdiff_t i = b; i < b + 8; i += 4)
+      LookUpFour(kOneTable ? sameTable : tables + i, first + i, second + i, weights + i);
+  }
+}
+
+// The distances of both displacements for the row above the newest.
+inline void FindPairDistances(const PairStep& step, std::uint16_t* first, std::uint16_t* second);
+
+// One of a distance's two directions: the table of each block, how far right of the block's own column pair
+// k's distances begin, and the row that its weights go to.
+struct DirectionStep {
+  bool wanted;
+  const std::uint16_t* const* tables;
+  std::ptrdiff_t column[kMostPairs];
+  std::uint32_t* weights[kMostPairs];
+};
+
+// The weights of all pairs in both directions. distances: scratch for two rows that lie `stride` apart.
+inline void WeighPairsByIntensityFromMemory(const PairStep* steps, int pairs, const DirectionStep* directions,
+                                            std::ptrdiff_t blocks, std::uint16_t* distances,
+                                            std::size_t stride) {
+  for (int k = 0; k < pairs; ++k) {
+    FindPairDistances(steps[k], distances, distances + stride);
+    for (int i = 0; i < 2; ++i) {
+      const DirectionStep& direction = directions[i];
+      if (!direction.wanted) continue;
+      const std::uint16_t* first = distances + direction.column[k];
+      PairWeights<false>(direction.tables, steps[k].tooFar, first, first + stride, direction.weights[k],
+                         blocks);
+    }
+  }
+}
+
+#if HWY_TARGET != HWY_AVX3  // which has ways of its own
+
+// The newest row's triple sums, nothing else.
+inline void FindPairTriples(const PairStep& step) {
+  for (std::ptrdiff_t i = 0; i < 2; ++i) {
+    if (!step.exists[i]) continue;
+    BlockSums(step.own, step.partner + i, step.stride, step.blockSums, step.columns + 2);
+    TripleSums(step.blockSums, step.triples[i].newest, step.columns);
+  }
+}
+
+inline void FindPairDistances(const PairStep& step, std::uint16_t* first, std::uint16_t* second) {
+  std::uint16_t* const rows[2] = {first, second};
+  for (std::ptrdiff_t i = 0; i < 2; ++i) {
+    if (!step.exists[i]) {
+      std::fill_n(rows[i], step.columns, static_cast<std::uint16_t>(step.tooFar));
+      continue;
+    }
+    BlockSums(step.own, step.partner + i, step.stride, step.blockSums, step.columns + 2);
+    const TripleRows& triples = step.triples[i];
+    BoxSums(step.blockSums, triples.oldest, triples.middle, step.tooFar, triples.newest, rows[i],
+            step.columns);
+  }
+}
+
+// The weights of all pairs by one table, in rows that lie `stride` apart. distances: scratch for two rows.
+inline void WeighPairs(const PairStep* steps, int pairs, const std::uint16_t* table, std::uint16_t* distances,
+                       std::uint32_t* weights, std::size_t stride) {
+  for (int k = 0; k < pairs; ++k) {
+    FindPairDistances(steps[k], distances, distances + stride);
+    PairWeights<true>(&table, steps[k].tooFar, distances, distances + stride,
+                      weights + static_cast<std::size_t>(k) * stride, steps[k].columns);
+  }
+}
+
+inline void WeighPairsByIntensity(const PairStep* steps, int pairs, const DirectionStep* directions,
+                                  std::ptrdiff_t blocks, std::uint16_t* distances,
+                                  std::uint32_t* /*pairRows*/, std::size_t stride) {
+  WeighPairsByIntensityFromMemory(steps, pairs, directions, blocks, distances, stride);
+}
+
+#endif  // HWY_TARGET != HWY_AVX3
 
 }  // namespace HWY_NAMESPACE
 }  // namespace mirellon::engine

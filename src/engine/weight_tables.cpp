@@ -1,6 +1,7 @@
 #include "engine/weight_tables.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <new>
 #include <vector>
@@ -34,6 +35,13 @@ std::vector<std::uint16_t> BuildTable(double divisor) {
   return table;
 }
 
+// Whole steps, and while they fit registers a power of two of them.
+std::size_t PaddedLength(std::size_t entries) {
+  constexpr std::size_t kStep = kTableStep;
+  const std::size_t steps = (entries + kStep - 1) / kStep;
+  return kStep * (steps <= kMostRegisterSteps ? std::bit_ceil(steps) : steps);
+}
+
 bool Near(double a, double b) {
   return std::abs(a - b) < 0.001;
 }
@@ -47,8 +55,7 @@ WeightTables::WeightTables(double dynamicity, double variance) {
                                 BuildTable(Divisor(kIntensities - 1, dynamicity, variance)).size());
   // One zero more, so that the last entry is zero even if the longest table has no zero of its own.
   storedEntries_ = static_cast<int>(longest) + 1;
-  constexpr std::size_t kStep = kTableStep;
-  const std::size_t length = (longest + 1 + kStep - 1) / kStep * kStep;
+  const std::size_t length = PaddedLength(longest + 1);
   tableStride_ = distinct == 1 ? 0 : length;
   const std::size_t all = length * static_cast<std::size_t>(distinct);
   weights_ = hwy::AllocateAligned<std::uint16_t>(all);

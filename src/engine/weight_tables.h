@@ -14,7 +14,9 @@ namespace mirellon::engine {
 inline constexpr int kWeightEntries = 9216;         // patch distances 0 to 9215; a distance never passes 9180
 inline constexpr std::uint32_t kWeightOne = 10000;  // weights are integers scaled by this
 inline constexpr int kIntensities = 256;
-inline constexpr int kTableStep = 64;  // tables are stored in whole steps of so many entries
+// Tables are padded with zeros to whole steps of so many entries, up to kMostRegisterSteps to a power of two.
+inline constexpr int kTableStep = 64;
+inline constexpr int kMostRegisterSteps = 8;
 
 // Weights for one pair (dynamicity d, variance s): for intensity v and patch distance p
 //   W_v(p) = floor(exp(-p^3 / 300 / D_v) * 10000 + 0.5),  W_v(0) = 10000,
