@@ -19,7 +19,8 @@ namespace {
 using mirellon::picture::PicBuf;
 using mirellon::tools::Light;
 
-constexpr int kLargestWidth = 3000;
+constexpr int kUsualWidth = 3000;
+constexpr int kLargestWidth = 9000;
 constexpr std::uint64_t kSeed = 20240229;
 constexpr int kJpegQuality = 97;
 
@@ -33,10 +34,11 @@ void Store(PicBuf& picture, int x, int y, const Light& light) {
 void DrawRow(PicBuf& clean, PicBuf& noisy, int y) {
   const int width = clean->width;
   const double pixel = 3.0 / width;
+  const auto pitch = static_cast<std::uint64_t>(std::max(width, kUsualWidth));  // every pixel its own noise
   const mirellon::tools::Sensor sensor;
   for (int x = 0; x < width; ++x) {
     const Light light = mirellon::tools::SceneLight((x + 0.5) * pixel, (y + 0.5) * pixel, pixel);
-    const auto number = static_cast<std::uint64_t>(y) * kLargestWidth + static_cast<std::uint64_t>(x);
+    const auto number = static_cast<std::uint64_t>(y) * pitch + static_cast<std::uint64_t>(x);
     Store(clean, x, y, light);
     Store(noisy, x, y, Expose(light, sensor, number, kSeed));
   }
@@ -65,7 +67,7 @@ bool Write(const PicBuf& picture, const char* name) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  int width = kLargestWidth;
+  int width = kUsualWidth;
   bool wrong = argc < 3 || argc > 4;
   if (argc == 4) {
     const char* end = argv[3] + std::strlen(argv[3]);
@@ -74,7 +76,7 @@ int main(int argc, char** argv) {
   }
   if (wrong) {
     std::fprintf(stderr, "usage: mirellon-make-sample CLEAN NOISY [WIDTH]   (3 to %d, default %d)\n",
-                 kLargestWidth, kLargestWidth);
+                 kLargestWidth, kUsualWidth);
     return 2;
   }
   PicBuf clean(width, width * 2 / 3, 3, 8);
