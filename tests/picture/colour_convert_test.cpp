@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include "hwy/targets.h"
+#include "picture/pic_buf.h"
 #include "support/test_pictures.h"
 
 namespace mirellon::picture {
@@ -45,14 +47,41 @@ void ExpectFormulas(int bits, const std::vector<unsigned>& samples) {
   EXPECT_TRUE(test::SamePicture(in, test::ComponentOf(yuv, 0)));
 }
 
-TEST(ColourConvert, EqualsFormulas) {
+// Rows of every length around those of vectors, and by way of planes.
+template <typename T>
+void ExpectPlanesAsTriples() {
+  for (const int width : {1, 3, 15, 16, 17, 31, 33, 64, 67, 130, 1023, 1025, 2100}) {
+    PicBuf in = test::RandomPicture(width, 1, 3, 8 * sizeof(T), static_cast<std::uint64_t>(width));
+    PicBuf triples = test::CopyOf(in);
+    CBxPicBufAPI::ConvertRGBtoYUV(triples, in);
+    std::vector<T> planes[3];
+    for (std::vector<T>& plane : planes) plane.resize(static_cast<std::size_t>(width));
+    ConvertRowRGBtoPlanes(Row<T>(in, 0), planes[0].data(), planes[1].data(), planes[2].data(), width);
+    for (int c = 0; c < 3; ++c) {
+      const PicBuf component = test::ComponentOf(triples, c);
+      EXPECT_TRUE(std::equal(planes[c].begin(), planes[c].end(), Row<T>(component, 0))) << width;
+    }
+    CBxPicBufAPI::ConvertYUVtoRGB(triples, triples);
+    ConvertRowPlanesToRGB(planes[0].data(), planes[1].data(), planes[2].data(), Row<T>(in, 0), width);
+    EXPECT_TRUE(test::SamePicture(in, triples)) << width;
+  }
+}
+
+TEST(ColourConvert, EqualsFormulasOnEverySimdTarget) {
   std::vector<unsigned> bytes = {1, 2, 127, 128, 129, 253, 254};
   for (unsigned v = 0; v < 256; v += 5) bytes.push_back(v);
-  ExpectFormulas(8, bytes);
   std::vector<unsigned> words = {0, 1, 2, 255, 256, 32766, 32767, 32768, 32769, 65279, 65533, 65534, 65535};
   test::Random random(3);
   for (int i = 0; i < 25; ++i) words.push_back(static_cast<unsigned>(random.Below(65536)));
-  ExpectFormulas(16, words);
+  for (const std::int64_t target : hwy::SupportedAndGeneratedTargets()) {
+    SCOPED_TRACE(hwy::TargetName(target));
+    hwy::SetSupportedTargetsForTest(target);
+    ExpectFormulas(8, bytes);
+    ExpectFormulas(16, words);
+    ExpectPlanesAsTriples<std::uint8_t>();
+    ExpectPlanesAsTriples<std::uint16_t>();
+  }
+  hwy::SetSupportedTargetsForTest(0);
 }
 
 }  // namespace
