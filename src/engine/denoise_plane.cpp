@@ -1,11 +1,13 @@
 #include "engine/denoise_plane.h"
 
 #include <cmath>
+#include <cstddef>
 #include <cstring>
+#include <utility>
 
 #include "engine/noise_estimate.h"
+#include "engine/picture_view.h"
 #include "engine/similarity_kernel.h"
-#include "picture/pic_buf.h"
 
 namespace mirellon::engine {
 
@@ -13,57 +15,55 @@ namespace {
 
 using picture::CBxPicBufAPI;
 using picture::PicBuf;
+using picture::Row;
 using picture::SBxPicBuf;
 
 int EvenUp(int side) {
   return side + side % 2;
 }
 
-// A picture of even sides: the source in its top left corner, zeros in the odd column and row.
-PicBuf Padded(SBxPicBuf& source) {
-  PicBuf padded(EvenUp(source.width), EvenUp(source.height), source.components, source.bitsPerComponent);
-  if (padded.empty()) return padded;
-  std::memset(padded->samples, 0, static_cast<std::size_t>(padded->byteSize));
-  CBxPicBufAPI::CopyRect(padded, source, {0, 0}, {0, 0}, {source.width, source.height});
-  return padded;
+// The high bytes of a 16-bit plane; empty when memory was refused.
+PicBuf HighBytes(const PicBuf& plane) {
+  PicBuf bytes(plane->width, plane->height, 1, 8);
+  if (bytes.empty()) return bytes;
+  for (int y = 0; y < plane->height; ++y) {
+    const auto* from = Row<std::uint16_t>(plane, y);
+    auto* to = Row<std::uint8_t>(bytes, y);
+    for (std::ptrdiff_t x = 0; x < plane->width; ++x) to[x] = static_cast<std::uint8_t>(from[x] >> 8U);
+  }
+  return bytes;
 }
 
-int RunFilter(EngineContext& context, PlaneJob job, const PlaneSettings& settings) {
-  if (settings.useGpu && context.card != nullptr && context.card->HardwareUsable()) {
-    job.noiseLevel = EffectiveNoiseLevel(settings.noiseLevel, settings.dynamics, *job.guide);
-    if (!context.card->FilterPlane(job)) return 0;
-  }
+// True = the card is not to be used, or failed.
+bool FilterOnCard(EngineContext& context, PicBuf& plane, const PlaneJob& job, const PlaneSettings& settings) {
+  if (!settings.useGpu || context.card == nullptr || !context.card->HardwareUsable()) return true;
+  PicBuf result(plane, 1);
+  if (result.empty()) return true;
+  PlaneJob apart = job;
+  apart.destination = &result.record();
+  apart.noiseLevel = EffectiveNoiseLevel(settings.noiseLevel, settings.dynamics, *job.guide);
+  if (context.card->FilterPlane(apart)) return true;
+  plane = std::move(result);
+  return false;
+}
+
+int FilterOnProcessor(EngineContext& context, const PlaneJob& job, const PlaneSettings& settings) {
   const bool deep = job.source->bitsPerComponent != 8;
   if (settings.threads == 1) return deep ? DenoiseKernel16(context, job) : DenoiseKernel8(context, job);
   return deep ? DenoiseKernel16Threaded(context, job, settings.threads)
               : DenoiseKernel8Threaded(context, job, settings.threads);
 }
 
-// Filters one padded component; 1 when memory was refused.
-int FilterComponent(EngineContext& context, PicBuf& destination, const PicBuf& source,
+int FilterComponent(EngineContext& context, SBxPicBuf& destination, SBxPicBuf& source, unsigned component,
                     const PlaneSettings& settings) {
-  PicBuf guide;
-  CBxPicBufAPI::Copy(guide, source);
-  if (guide.empty() || CBxPicBufAPI::ConvertBpcComp(guide, 8, 1) == 0) return 1;
-  const PlaneJob job{
-      &destination.record(), &source.record(),        &guide.record(),         settings.strength,
-      settings.quality,      2.0 * settings.dynamics, settings.progressWindow, 0.0};
-  return RunFilter(context, job, settings);
-}
-
-int FilterComponents(EngineContext& context, PicBuf& destination, PicBuf& source,
-                     const PlaneSettings& settings) {
-  if (source->components == 1) return FilterComponent(context, destination, source, settings);
-  PicBuf from(source, 1);
-  PicBuf to(source, 1);
-  if (from.empty() || to.empty()) return 1;
-  for (unsigned c = 0; c < static_cast<unsigned>(source->components); ++c) {
-    CBxPicBufAPI::ExtractComponent(from, c, source);
-    const int failed = FilterComponent(context, to, from, settings);
-    if (failed != 0) return failed;
-    if (context.control.Aborted()) return 0;
-    CBxPicBufAPI::InsertComponent(destination, c, to);
-  }
+  PicBuf plane = PaddedPlane(source.width, source.height, source.bitsPerComponent);
+  if (plane.empty()) return 1;
+  SBxPicBuf inner = ViewOf(plane, {0, 0, source.width, source.height});
+  CBxPicBufAPI::ExtractComponent(inner, component, source);
+  const int failed = FilterPaddedPlane(context, plane, settings);
+  if (failed != 0 || context.control.Aborted()) return failed;
+  inner = ViewOf(plane, {0, 0, source.width, source.height});
+  CBxPicBufAPI::InsertComponent(destination, component, inner);
   return 0;
 }
 
@@ -74,28 +74,42 @@ double EffectiveNoiseLevel(double given, double dynamics, const SBxPicBuf& guide
   return given > 0 ? given / (std::abs(2 * dynamics) / 20.0 + 1.0) : given;
 }
 
+PicBuf PaddedPlane(int width, int height, int bits) {
+  PicBuf plane(EvenUp(width), EvenUp(height), 1, bits);
+  if (plane.empty()) return plane;
+  const auto sampleBytes = static_cast<std::size_t>(bits) / 8;
+  if (width % 2 != 0) {
+    const std::size_t last = static_cast<std::size_t>(width) * sampleBytes;
+    for (int y = 0; y < height; ++y) std::memset(Row<unsigned char>(plane, y) + last, 0, sampleBytes);
+  }
+  if (height % 2 != 0) {
+    std::memset(Row<unsigned char>(plane, height), 0, static_cast<std::size_t>(plane->rowStride));
+  }
+  return plane;
+}
+
+int FilterPaddedPlane(EngineContext& context, PicBuf& plane, const PlaneSettings& settings) {
+  PicBuf highBytes;
+  if (plane->bitsPerComponent != 8) {
+    highBytes = HighBytes(plane);
+    if (highBytes.empty()) return 1;
+  }
+  const SBxPicBuf& guide = highBytes.empty() ? plane.record() : highBytes.record();
+  const PlaneJob job{
+      &plane.record(),         &plane.record(),         &guide, settings.strength, settings.quality,
+      2.0 * settings.dynamics, settings.progressWindow, 0.0};
+  if (!FilterOnCard(context, plane, job, settings)) return 0;
+  return FilterOnProcessor(context, job, settings);
+}
+
 int DenoisePlane(EngineContext& context, SBxPicBuf& destination, SBxPicBuf& source,
                  const PlaneSettings& settings) {
-  PicBuf paddedSource = Padded(source);
-  if (paddedSource.empty()) return 1;
-  PicBuf paddedDestination(paddedSource, paddedSource->components);
-  if (paddedDestination.empty()) return 1;
-
-  // One picture's full-size buffers are held once: the padded copies take the place of the caller's.
-  const SBxPicBuf geometry = destination;
-  CBxPicBufAPI::DoneHeap(destination);
-  CBxPicBufAPI::DoneHeap(source);
-  const int failed = FilterComponents(context, paddedDestination, paddedSource, settings);
-  CBxPicBufAPI::ReinitHeap(destination, geometry);
-  CBxPicBufAPI::ReinitHeap(source, geometry);
-  if (destination.samples == nullptr || source.samples == nullptr) return 1;
-
-  CBxPicBufAPI::CopyRect(source, paddedSource, {0, 0}, {0, 0}, {geometry.width, geometry.height});
-  if (failed != 0 || context.control.Aborted()) {
-    CBxPicBufAPI::Copy(destination, source);
-  } else {
-    CBxPicBufAPI::CopyRect(destination, paddedDestination, {0, 0}, {0, 0}, {geometry.width, geometry.height});
+  int failed = 0;
+  for (unsigned c = 0; c < static_cast<unsigned>(source.components); ++c) {
+    failed = FilterComponent(context, destination, source, c, settings);
+    if (failed != 0 || context.control.Aborted()) break;
   }
+  if (failed != 0 || context.control.Aborted()) CBxPicBufAPI::Copy(destination, source);
   return failed;
 }
 

@@ -5,7 +5,7 @@
 
 #include "base/progress_sink.h"
 #include "engine/engine_context.h"
-#include "picture/pic_buf_api.h"
+#include "picture/pic_buf.h"
 
 namespace mirellon::engine {
 
@@ -19,10 +19,17 @@ struct PlaneSettings {
   std::uint32_t threads = 1;  // at most 16 are used
 };
 
-// Filters every component of `source` (8 or 16 bits) into `destination` of the same geometry. The storage of
-// both is released while the filter runs and re-created with the geometry of `destination`; the samples of
-// `source` are the same afterwards. Aborted: the destination equals the source. Returns 0, or 1 when memory
-// was refused: then either picture may be without storage.
+// A plane as the filter wants it: one component, `width` and `height` rounded up to even numbers, zeros in
+// what that adds, anything elsewhere. Empty when memory was refused.
+[[nodiscard]] picture::PicBuf PaddedPlane(int width, int height, int bits);
+
+// Filters such a plane in place. Aborted: whatever it then holds. Returns 0, or 1 when memory was refused.
+[[nodiscard]] int FilterPaddedPlane(EngineContext& context, picture::PicBuf& plane,
+                                    const PlaneSettings& settings);
+
+// Filters every component of `source` (8 or 16 bits) into `destination`, which has storage of the same
+// geometry and may be the same picture unless it has several components. Aborted: the destination equals the
+// source. Returns 0, or 1 when memory was refused; the destination equals the source then, too.
 [[nodiscard]] int DenoisePlane(EngineContext& context, picture::SBxPicBuf& destination,
                                picture::SBxPicBuf& source, const PlaneSettings& settings);
 

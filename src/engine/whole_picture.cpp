@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "engine/denoise_image.h"
+#include "engine/denoise_region.h"
 #include "engine/parallel_for.h"
 #include "engine/tile_plan.h"
-#include "picture/pic_buf.h"
 
 namespace mirellon::engine {
 
@@ -22,7 +22,6 @@ using base::ProgressSink;
 using picture::CBxPicBufAPI;
 using picture::CBxRect;
 using picture::CBxSize;
-using picture::PicBuf;
 using picture::SBxPicBuf;
 
 // What a run does, decided before it begins.
@@ -62,29 +61,14 @@ bool DenoiseUntiled(EngineContext& context, const RunPlan& plan) {
   return DenoiseImage(context, plan.request) == 0;
 }
 
-// False when memory was refused.
-bool DenoiseTile(EngineContext& context, const RunPlan& plan, const Tile& tile) {
-  SBxPicBuf& picture = *plan.request.source;
-  const CBxSize<int> outer = SizeOf(tile.outer);
-  PicBuf source(outer.width, outer.height, picture.components, picture.bitsPerComponent);
-  if (source.empty()) return false;
-  CBxPicBufAPI::CopyRect(source, picture, {0, 0}, {tile.outer.left, tile.outer.top}, outer);
-  PicBuf result;
-  DenoiseRequest request = plan.request;
-  request.source = &source.record();
-  request.destination = &result.record();
-  if (DenoiseImage(context, request) != 0) return false;
-  CBxPicBufAPI::CopyRect(*plan.request.destination, result, {tile.inner.left, tile.inner.top},
-                         {tile.inner.left - tile.outer.left, tile.inner.top - tile.outer.top},
-                         SizeOf(tile.inner));
-  return true;
-}
-
 // Denoises a tile; one that an aborted run did not reach stays as it was. False when memory was refused.
 bool FinishTile(EngineContext& context, const RunPlan& plan, const Tile& tile) {
-  if (!context.control.Aborted()) return DenoiseTile(context, plan, tile);
+  SBxPicBuf& destination = *plan.request.destination;
+  if (!context.control.Aborted()) {
+    return DenoiseRegion(context, plan.request, *plan.request.source, tile, destination) == 0;
+  }
   const picture::CBxPoint<int> origin{tile.inner.left, tile.inner.top};
-  CBxPicBufAPI::CopyRect(*plan.request.destination, *plan.request.source, origin, origin, SizeOf(tile.inner));
+  CBxPicBufAPI::CopyRect(destination, *plan.request.source, origin, origin, SizeOf(tile.inner));
   return true;
 }
 
