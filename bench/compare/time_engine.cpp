@@ -85,7 +85,8 @@ double Time(PicBuf& source, const Task& task) {
   bool failed = false;
   const auto run = [&] {
     failed |= !DenoiseWholePicture(context, request, false);
-    if (task.kind == "preview") failed |= mirellon::engine::SharpenPicture(result, 1.4, 1.2, 0.9);
+    if (task.kind == "preview")
+      failed |= mirellon::engine::SharpenPicture(result, 1.4, 1.2, 0.9, task.threads);
   };
   if (task.kind == "preview") run();
   const double milliseconds = mirellon::bench::MedianMilliseconds(task.runs, run);

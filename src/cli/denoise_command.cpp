@@ -127,7 +127,7 @@ class DenoiseRun {
     step_.Lap();
     const engine::DenoiseParameters& parameters = arguments_.parameters;
     const bool failed = engine::SharpenPicture(document_.result, parameters.m_dSharp1, parameters.m_dSharp2,
-                                               parameters.m_dSharp3);
+                                               parameters.m_dSharp3, report_.threads);
     report_.milliseconds.sharpen = step_.Lap();
     return failed ? NoMemory(arguments_.input, shell_) : ExitStatus::kDone;
   }

@@ -53,66 +53,31 @@ Factors NarrowedFactors(double sharp1, double sharp2, double sharp3) {
   return {static_cast<float>(sharp1), static_cast<float>(sharp2), static_cast<float>(sharp3)};
 }
 
-template <typename T>
-void LoadSamples(const SBxPicBuf& picture, int component, FloatPlane& plane) {
-  const auto step = static_cast<std::size_t>(picture.components);
-  for (int y = 0; y < plane.height; ++y) {
-    const T* from = Row<T>(picture, y) + component;
-    float* to = plane.Row(y);
-    for (std::size_t x = 0; x < static_cast<std::size_t>(plane.width); ++x) {
-      to[x] = static_cast<float>(from[x * step]);
-    }
-  }
-}
-
 void LoadComponent(const SBxPicBuf& picture, int component, FloatPlane& plane) {
-  if (picture.bitsPerComponent == 8) {
-    LoadSamples<std::uint8_t>(picture, component, plane);
-  } else {
-    LoadSamples<std::uint16_t>(picture, component, plane);
-  }
-}
-
-// Clamped, then truncated. What is not a number becomes the largest sample at 8 bits and 0 at 16: the
-// comparisons are written so that it falls there.
-std::uint8_t Truncated(float value, std::uint8_t /*depth*/) {
-  const float below = value < 255.0F ? value : 255.0F;
-  return static_cast<std::uint8_t>(static_cast<int>(below > 0.0F ? below : 0.0F));
-}
-
-std::uint16_t Truncated(float value, std::uint16_t /*depth*/) {
-  const float above = value > 0.0F ? value : 0.0F;
-  return static_cast<std::uint16_t>(static_cast<int>(above < 65535.0F ? above : 65535.0F));
-}
-
-template <typename T>
-void StoreSamples(const FloatPlane& plane, SBxPicBuf& picture, int component) {
-  // Truncating apart from spreading over the pixels lets the compiler vectorise the former.
-  constexpr std::size_t kRun = 1024;
-  std::array<T, kRun> run;
-  const auto step = static_cast<std::size_t>(picture.components);
-  const auto width = static_cast<std::size_t>(plane.width);
+  const int step = picture.components;
   for (int y = 0; y < plane.height; ++y) {
-    for (std::size_t first = 0; first < width; first += kRun) {
-      const std::size_t count = std::min(kRun, width - first);
-      const float* from = plane.Row(y) + first;
-      for (std::size_t x = 0; x < count; ++x) run[x] = Truncated(from[x], T{});
-      T* to = Row<T>(picture, y) + first * step + component;
-      for (std::size_t x = 0; x < count; ++x) to[x * step] = run[x];
+    if (picture.bitsPerComponent == 8) {
+      LoadFloats(Row<std::uint8_t>(picture, y) + component, step, plane.Row(y), plane.width);
+    } else {
+      LoadFloats(Row<std::uint16_t>(picture, y) + component, step, plane.Row(y), plane.width);
     }
   }
 }
 
 void StoreComponent(const FloatPlane& plane, SBxPicBuf& picture, int component) {
-  if (picture.bitsPerComponent == 8) {
-    StoreSamples<std::uint8_t>(plane, picture, component);
-  } else {
-    StoreSamples<std::uint16_t>(plane, picture, component);
+  const int step = picture.components;
+  for (int y = 0; y < plane.height; ++y) {
+    if (picture.bitsPerComponent == 8) {
+      auto* samples = Row<std::uint8_t>(picture, y) + component;
+      StoreFloats(plane.Row(y), Rounding::kTruncate, samples, step, plane.width);
+    } else {
+      auto* samples = Row<std::uint16_t>(picture, y) + component;
+      StoreFloats(plane.Row(y), Rounding::kTruncate, samples, step, plane.width);
+    }
   }
 }
 
-// Fills the Gaussian levels above gauss[0] and the detail of all but the coarsest. Both may be the same
-// planes: a level's Gaussian is not needed once the next one and its own detail are there.
+// Fills the Gaussian levels above gauss[0] and the detail of all but the coarsest.
 void Decompose(Levels& gauss, Levels& detail, int levels) {
   for (std::size_t i = 0; i < static_cast<std::size_t>(levels); ++i) {
     Reduce5x5(gauss[i], gauss[i + 1]);
@@ -120,11 +85,26 @@ void Decompose(Levels& gauss, Levels& detail, int levels) {
   }
 }
 
-// Rebuilds gauss[0] from the coarsest level down; again both may be the same planes.
+// Rebuilds gauss[0] from the coarsest level down.
 void Rebuild(Levels& gauss, const Levels& detail, int levels, const Factors& factors) {
   for (auto i = static_cast<std::size_t>(levels); i-- > 0;) {
     AddExpanded5x5(gauss[i + 1], detail[i], factors[i], gauss[i]);
   }
+}
+
+// Levels 1 to `levels` of `gauss`, and below the coarsest those of `rebuilt`, are scratch.
+void SharpenComponent(SBxPicBuf& picture, int component, Levels& gauss, Levels& rebuilt, int levels,
+                      const Factors& factors, std::uint32_t threads) {
+  const SampleLevel finest{&picture, component};
+  Reduce5x5(finest, gauss[1], threads);
+  const auto coarsest = static_cast<std::size_t>(levels);
+  for (std::size_t i = 1; i < coarsest; ++i) Reduce5x5(gauss[i], gauss[i + 1], threads);
+  const FloatPlane* coarse = &gauss[coarsest];
+  for (std::size_t i = coarsest - 1; i > 0; --i) {
+    Rebuild5x5(gauss[i + 1], *coarse, factors[i], gauss[i], rebuilt[i], threads);
+    coarse = &rebuilt[i];
+  }
+  Rebuild5x5(gauss[1], *coarse, factors[0], finest, Rounding::kTruncate, picture, threads);
 }
 
 }  // namespace
@@ -180,20 +160,23 @@ bool DetailPyramid::Free(DetailPyramid& pyramid) {
   return false;
 }
 
-bool SharpenPicture(SBxPicBuf& picture, double sharp1, double sharp2, double sharp3) {
+bool SharpenPicture(SBxPicBuf& picture, double sharp1, double sharp2, double sharp3, std::uint32_t threads) {
   if (Neutral(sharp1, sharp2, sharp3)) return false;
   if (!HasSamples(picture)) return true;
   const Factors factors = NarrowedFactors(sharp1, sharp2, sharp3);
   const int levels = CountLevels(picture.width, picture.height);
-  // One set of planes serves as Gaussian and detail, and one component after the other. A level under 5 x 5
-  // is written by nobody and so stays zero throughout.
-  Levels planes;
-  if (AllocateLevels(planes, levels + 1, picture.width, picture.height)) return true;
+  if (levels == 0) return false;
+  // The finest level stays in the picture, and one set of planes serves one component after the other. A
+  // level under 5 x 5 is written by nobody and so stays zero throughout.
+  Levels gauss;
+  Levels rebuilt;
+  for (int i = 1; i <= levels; ++i) {
+    const auto level = static_cast<std::size_t>(i);
+    if (gauss[level].Allocate(picture.width >> i, picture.height >> i)) return true;
+    if (i < levels && rebuilt[level].Allocate(picture.width >> i, picture.height >> i)) return true;
+  }
   for (int c = 0; c < picture.components; ++c) {
-    LoadComponent(picture, c, planes[0]);
-    Decompose(planes, planes, levels);
-    Rebuild(planes, planes, levels, factors);
-    StoreComponent(planes[0], picture, c);
+    SharpenComponent(picture, c, gauss, rebuilt, levels, factors, threads);
   }
   return false;
 }

@@ -37,7 +37,9 @@ struct DetailPyramid {
 };
 
 // The whole step as every caller takes it: nothing to do when all factors are within 1e-5 of 1, else build,
-// apply, free. Works on grey and colour. True = failed (out of memory), the picture is then left as it was.
-[[nodiscard]] bool SharpenPicture(picture::SBxPicBuf& picture, double sharp1, double sharp2, double sharp3);
+// apply, free. Works on grey and colour, on up to `threads` threads. True = failed (out of memory), the
+// picture is then left as it was. Needs 2.7 bytes a pixel beside the picture.
+[[nodiscard]] bool SharpenPicture(picture::SBxPicBuf& picture, double sharp1, double sharp2, double sharp3,
+                                  std::uint32_t threads = 1);
 
 }  // namespace mirellon::engine

@@ -2,7 +2,11 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
+
+#include "engine/pyramid_rows.h"
+#include "picture/pic_buf_api.h"
 
 namespace mirellon::engine {
 
@@ -26,24 +30,38 @@ struct FloatPlane {
   [[nodiscard]] bool AtLeast5x5() const { return width >= 5 && height >= 5; }
 };
 
+// One component of a picture (8 or 16 bits), as a level whose floats are its samples. Borrows the picture.
+struct SampleLevel {
+  const picture::SBxPicBuf* picture = nullptr;
+  int component = 0;
+};
+
 // All steps weigh a 5 x 5 window with float(w[r]) * float(w[c]), w = (0.05, 0.25, 0.4, 0.25, 0.05), and add
 // in row-major order of the window in single precision, so that the result is the same on every machine. They
-// allocate nothing.
+// allocate nothing but threads; up to `threads` of those share the rows.
 
 // Halves a plane. The window of destination pixel (x, y) begins at (2x - 2, 2y - 2), moved inside the source.
 // A destination under 5 x 5 is left as it is, and so is every destination of a source under 5 x 5.
-void Reduce5x5(const FloatPlane& source, FloatPlane& destination);
+void Reduce5x5(const FloatPlane& source, FloatPlane& destination, std::uint32_t threads = 1);
+void Reduce5x5(const SampleLevel& source, FloatPlane& destination, std::uint32_t threads = 1);
 
-// Both of these double `coarse` to the size of `gauss` on their way, without a plane for it: the window of
+// All of these double `coarse` to the size of `gauss` on their way, without a plane for it: the window of
 // pixel (x, y) begins at (x - 2, y - 2), moved inside `gauss`; only its even rows and columns count, each
 // reading the coarse sample at half its place (none past the coarse plane's end); the sum times 4 is
-// "expanded". `detail` has the size of `gauss` and may be the same plane. A plane under 5 x 5 is left as it
-// is.
+// "expanded". A plane under 5 x 5 is left as it is.
 
-// detail = gauss - expanded
+// detail = gauss - expanded; `detail` has the size of `gauss` and may be the same plane.
 void SubtractExpanded5x5(const FloatPlane& coarse, const FloatPlane& gauss, FloatPlane& detail);
 
-// gauss = expanded + factor * detail
+// gauss = expanded + factor * detail; `detail` has the size of `gauss` and may be the same plane.
 void AddExpanded5x5(const FloatPlane& coarse, const FloatPlane& detail, float factor, FloatPlane& gauss);
+
+// Both at once: rebuilt = expanded new coarse plane + factor * (gauss - expanded old coarse plane). `rebuilt`
+// has the size of `gauss` and may be the same plane or component; the coarse planes may be one, too.
+void Rebuild5x5(const FloatPlane& oldCoarse, const FloatPlane& newCoarse, float factor,
+                const FloatPlane& gauss, FloatPlane& rebuilt, std::uint32_t threads = 1);
+void Rebuild5x5(const FloatPlane& oldCoarse, const FloatPlane& newCoarse, float factor,
+                const SampleLevel& gauss, Rounding rounding, picture::SBxPicBuf& rebuilt,
+                std::uint32_t threads = 1);
 
 }  // namespace mirellon::engine

@@ -48,13 +48,8 @@ PicBuf PlainSharpened(const SBxPicBuf& source, const Factors& sharp) {
   return test::MadeOf(source.width, source.height, source.components, source.bitsPerComponent, sampleAt);
 }
 
-// The levels' floats, and both ways to the result: the pyramid and the whole step.
-void ExpectSharpened(const SBxPicBuf& source, const Factors& sharp, const SBxPicBuf& expected) {
-  SCOPED_TRACE(testing::Message() << source.width << "x" << source.height << "x" << source.components << "@"
-                                  << source.bitsPerComponent << " by " << sharp[0]);
-  DetailPyramid pyramid;
-  ASSERT_FALSE(DetailPyramid::Build(pyramid, source));
-  const std::vector<test::PlainPyramid> plain = PlainPyramids(source);
+// The levels' floats.
+void ExpectLevels(const DetailPyramid& pyramid, const std::vector<test::PlainPyramid>& plain) {
   for (std::size_t c = 0; c < plain.size(); ++c) {
     ASSERT_EQ(pyramid.levels + 1, plain[c].gauss.size());
     for (std::size_t i = 0; i <= pyramid.levels; ++i) {
@@ -63,12 +58,26 @@ void ExpectSharpened(const SBxPicBuf& source, const Factors& sharp, const SBxPic
       ASSERT_EQ(pyramid.detail[c][i].samples, plain[c].detail[i].samples) << i;
     }
   }
-  PicBuf result = test::CopyOf(source);
-  EXPECT_FALSE(DetailPyramid::Apply(result, pyramid, sharp[0], sharp[1], sharp[2]));
-  EXPECT_TRUE(test::SamePicture(result, expected));
-  result = test::CopyOf(source);
-  EXPECT_FALSE(SharpenPicture(result, sharp[0], sharp[1], sharp[2]));
-  EXPECT_TRUE(test::SamePicture(result, expected));
+}
+
+// Both ways to the result: the pyramid and the whole step, on one thread and on several.
+void ExpectSharpened(const SBxPicBuf& source, const Factors& sharp, const SBxPicBuf& expected) {
+  SCOPED_TRACE(testing::Message() << source.width << "x" << source.height << "x" << source.components << "@"
+                                  << source.bitsPerComponent << " by " << sharp[0]);
+  const std::vector<test::PlainPyramid> plain = PlainPyramids(source);
+  test::OnEverySimdTarget([&] {
+    DetailPyramid pyramid;
+    ASSERT_FALSE(DetailPyramid::Build(pyramid, source));
+    ExpectLevels(pyramid, plain);
+    PicBuf result = test::CopyOf(source);
+    EXPECT_FALSE(DetailPyramid::Apply(result, pyramid, sharp[0], sharp[1], sharp[2]));
+    EXPECT_TRUE(test::SamePicture(result, expected));
+    for (const std::uint32_t threads : {1U, 3U}) {
+      result = test::CopyOf(source);
+      EXPECT_FALSE(SharpenPicture(result, sharp[0], sharp[1], sharp[2], threads));
+      EXPECT_TRUE(test::SamePicture(result, expected)) << threads << " threads";
+    }
+  });
 }
 
 void ExpectPlain(const SBxPicBuf& source, const Factors& sharp) {
