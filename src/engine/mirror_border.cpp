@@ -1,5 +1,6 @@
 #include "engine/mirror_border.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
@@ -20,16 +21,27 @@ int Reflected(int i, int size) {
   return phase < size ? phase : period - phase;
 }
 
+// Both ends of a row whose inner part is `size` samples from `inner` on.
+template <typename T>
+void MirrorRow(T* inner, int size, int border) {
+  if (border < size) {
+    T* const last = inner + size - 1;
+    for (std::ptrdiff_t i = 1; i <= border; ++i) {
+      inner[-i] = inner[i];
+      last[i] = last[-i];
+    }
+    return;
+  }
+  for (int x = -border; x < 0; ++x) inner[x] = inner[Reflected(x, size)];
+  for (int x = size; x < size + border; ++x) inner[x] = inner[Reflected(x, size)];
+}
+
 template <typename T>
 void MirrorBorder(SBxPicBuf& plane, int border) {
   const int innerWidth = plane.width - 2 * border;
   const int innerHeight = plane.height - 2 * border;
-  for (int y = border; y < border + innerHeight; ++y) {
-    T* row = Row<T>(plane, y);
-    for (int x = 0; x < border; ++x) row[x] = row[border + Reflected(x - border, innerWidth)];
-    for (int x = border + innerWidth; x < plane.width; ++x)
-      row[x] = row[border + Reflected(x - border, innerWidth)];
-  }
+  for (int y = border; y < border + innerHeight; ++y)
+    MirrorRow(Row<T>(plane, y) + border, innerWidth, border);
   const auto copyRow = [&](int y) {
     const int from = border + Reflected(y - border, innerHeight);
     std::memcpy(Row<T>(plane, y), Row<T>(plane, from), static_cast<std::size_t>(plane.width) * sizeof(T));
