@@ -6,6 +6,7 @@
 #include <cstring>
 #include <limits>
 
+#include "base/large_memory.h"
 #include "picture/colour_convert.h"
 #include "picture/pic_buf.h"
 
@@ -172,8 +173,7 @@ void CBxPicBufAPI::ReinitHeap(SBxPicBuf& picture, int width, int height, int com
   DoneHeap(picture);
   const StorageSize size = SizeOf(width, height, components, bitsPerComponent);
   if (size.whole == 0) return;
-  // malloc, not new: refused memory must come back as null here, and the record is plain.
-  auto* samples = static_cast<unsigned char*>(std::malloc(static_cast<std::size_t>(size.whole)));  // NOLINT
+  auto* samples = static_cast<unsigned char*>(base::AllocateLarge(static_cast<std::size_t>(size.whole)));
   if (samples == nullptr) return;
   picture = {samples,
              static_cast<std::int32_t>(size.whole),
