@@ -1,8 +1,10 @@
 #include "engine/denoise_region.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
 #include "engine/chroma_large.h"
 #include "engine/denoise_plane.h"
@@ -46,77 +48,137 @@ PlaneSettings SettingsOf(const DenoiseRequest& request, double strength, double 
           noiseLevel, request.useGpu,  request.threads};
 }
 
-// The part of a padded plane that is picture.
-SBxPicBuf Unpadded(const PicBuf& plane, const SBxPicBuf& picture) {
-  return ViewOf(plane, {0, 0, picture.width, picture.height});
+// ---- The part of a region that its result depends on ----
+
+// What lies further from the wanted pixels than the filter reaches need not be filtered: the search window's
+// half, 10, and a block and its neighbour, 4, are less.
+constexpr int kReach = 16;
+// From here on the filter sees the same border whatever the size.
+constexpr int kLeastSide = 80;
+
+// Of [0, length) the shortest span that the filter needs for [first, end), cut between 2 x 2 blocks.
+void ShrinkSpan(int length, int& first, int& end) {
+  const int from = std::max(0, first - kReach) / 2 * 2;
+  const int to = std::min(length, (end + kReach + 1) / 2 * 2);
+  const bool enough = to - from >= kLeastSide;
+  first = enough ? from : 0;
+  end = enough ? to : length;
 }
+
+// Both in coordinates of the region, `wanted` inside it.
+CBxRect<int> NeededFor(const CBxRect<int>& wanted, const SBxPicBuf& region) {
+  CBxRect<int> needed = wanted;
+  ShrinkSpan(region.width, needed.left, needed.right);
+  ShrinkSpan(region.height, needed.top, needed.bottom);
+  return needed;
+}
+
+// A plane of a region, padded for the filter, and which part of the region it holds.
+struct PartPlane {
+  PicBuf plane;
+  CBxRect<int> part{};
+
+  // True = failed (out of memory).
+  [[nodiscard]] bool Allocate(const CBxRect<int>& ofRegion, int bits) {
+    part = ofRegion;
+    plane = PaddedPlane(part.right - part.left, part.bottom - part.top, bits);
+    return plane.empty();
+  }
+  // `wanted`, in coordinates of the region.
+  [[nodiscard]] SBxPicBuf View(const CBxRect<int>& wanted) const {
+    return ViewOf(plane, {wanted.left - part.left, wanted.top - part.top, wanted.right - part.left,
+                          wanted.bottom - part.top});
+  }
+  // All of it but the padding.
+  [[nodiscard]] SBxPicBuf View() const { return View(part); }
+  // Keeps no more than `needed`. True = failed (out of memory).
+  [[nodiscard]] bool Shrink(const CBxRect<int>& needed) {
+    if (needed.right - needed.left == part.right - part.left &&
+        needed.bottom - needed.top == part.bottom - part.top) {
+      return false;
+    }
+    PartPlane smaller;
+    if (smaller.Allocate(needed, plane->bitsPerComponent)) return true;
+    SBxPicBuf to = smaller.View();
+    CBxPicBufAPI::Copy(to, View(needed));
+    *this = std::move(smaller);
+    return false;
+  }
+};
 
 // ---- Colour ----
 
-using Planes = std::array<PicBuf, 3>;  // Y, U, V, padded
+using Planes = std::array<PartPlane, 3>;  // Y, U, V
 
 template <typename T>
 void SplitColour(const SBxPicBuf& rgb, Planes& yuv) {
   for (int y = 0; y < rgb.height; ++y) {
-    picture::ConvertRowRGBtoPlanes(Row<T>(rgb, y), Row<T>(yuv[0], y), Row<T>(yuv[1], y), Row<T>(yuv[2], y),
-                                   rgb.width);
+    const auto row = [&](std::size_t c) { return Row<T>(yuv[c].plane, y); };
+    picture::ConvertRowRGBtoPlanes(Row<T>(rgb, y), row(0), row(1), row(2), rgb.width);
   }
 }
 
-// `part` of the planes into `rgb`, which has its size.
+// `wanted` of the planes into `rgb`, which has its size.
 template <typename T>
-void JoinColour(const Planes& yuv, const CBxRect<int>& part, SBxPicBuf& rgb) {
+void JoinColour(const Planes& yuv, const CBxRect<int>& wanted, SBxPicBuf& rgb) {
+  const std::array<SBxPicBuf, 3> views = {yuv[0].View(wanted), yuv[1].View(wanted), yuv[2].View(wanted)};
   for (int y = 0; y < rgb.height; ++y) {
-    const auto row = [&](std::size_t c) { return Row<T>(yuv[c], part.top + y) + part.left; };
+    const auto row = [&](std::size_t c) { return Row<T>(views[c], y); };
     picture::ConvertRowPlanesToRGB(row(0), row(1), row(2), Row<T>(rgb, y), rgb.width);
   }
 }
 
+bool LargePass(const DenoiseRequest& request) {
+  return request.strengthChromaLarge > 1.0;
+}
+
 // Twice the given noise level, for chrominance only.
-int FilterChrominance(EngineContext& context, const DenoiseRequest& request, const SBxPicBuf& picture,
-                      PicBuf& plane) {
+int FilterChrominance(EngineContext& context, const DenoiseRequest& request, PartPlane& chrominance) {
   const double noiseLevel = request.noiseLevels[1] * 2.0;
   const int failed =
-      FilterPaddedPlane(context, plane, SettingsOf(request, request.strengthChroma, noiseLevel));
-  if (failed != 0 || context.control.Aborted() || !(request.strengthChromaLarge > 1.0)) return failed;
-  SBxPicBuf unpadded = Unpadded(plane, picture);
+      FilterPaddedPlane(context, chrominance.plane, SettingsOf(request, request.strengthChroma, noiseLevel));
+  if (failed != 0 || context.control.Aborted() || !LargePass(request)) return failed;
+  SBxPicBuf unpadded = chrominance.View();
   return DenoiseChromaLarge(context, unpadded,
                             SettingsOf(request, static_cast<int>(request.strengthChromaLarge), noiseLevel));
 }
 
 int DenoiseColour(EngineContext& context, const DenoiseRequest& request, const SBxPicBuf& input,
-                  const CBxRect<int>& part, SBxPicBuf& output) {
+                  const CBxRect<int>& wanted, const CBxRect<int>& needed, SBxPicBuf& output) {
   const bool bytes = input.bitsPerComponent == 8;
   Planes yuv;
-  for (PicBuf& plane : yuv) {
-    plane = PaddedPlane(input.width, input.height, input.bitsPerComponent);
-    if (plane.empty()) return 1;
+  for (PartPlane& plane : yuv) {
+    if (plane.Allocate({0, 0, input.width, input.height}, input.bitsPerComponent)) return 1;
   }
   bytes ? SplitColour<std::uint8_t>(input, yuv) : SplitColour<std::uint16_t>(input, yuv);
+  if (yuv[0].Shrink(needed)) return 1;
   int failed =
-      FilterPaddedPlane(context, yuv[0], SettingsOf(request, request.strength, request.noiseLevels[0]));
+      FilterPaddedPlane(context, yuv[0].plane, SettingsOf(request, request.strength, request.noiseLevels[0]));
   for (std::size_t c = 1; c <= 2 && failed == 0 && !context.control.Aborted(); ++c) {
-    failed = FilterChrominance(context, request, input, yuv[c]);
+    // The large-scale pass sees all of the region.
+    if (!LargePass(request) && yuv[c].Shrink(needed)) return 1;
+    failed = FilterChrominance(context, request, yuv[c]);
   }
   if (failed != 0 || context.control.Aborted()) return failed;
-  bytes ? JoinColour<std::uint8_t>(yuv, part, output) : JoinColour<std::uint16_t>(yuv, part, output);
+  bytes ? JoinColour<std::uint8_t>(yuv, wanted, output) : JoinColour<std::uint16_t>(yuv, wanted, output);
   return 0;
 }
 
 // ---- Every component alike ----
 
 int DenoiseComponents(EngineContext& context, const DenoiseRequest& request, SBxPicBuf& input,
-                      const CBxRect<int>& part, SBxPicBuf& output) {
+                      const CBxRect<int>& wanted, const CBxRect<int>& needed, SBxPicBuf& output) {
   for (unsigned c = 0; c < static_cast<unsigned>(input.components); ++c) {
-    PicBuf plane = PaddedPlane(input.width, input.height, input.bitsPerComponent);
-    if (plane.empty()) return 1;
-    SBxPicBuf unpadded = Unpadded(plane, input);
-    CBxPicBufAPI::ExtractComponent(unpadded, c, input);
-    const int failed =
-        FilterPaddedPlane(context, plane, SettingsOf(request, request.strength, request.noiseLevels[0]));
+    PartPlane component;
+    if (component.Allocate(needed, input.bitsPerComponent)) return 1;
+    SBxPicBuf to = component.View();
+    SBxPicBuf from = ViewOf(input, needed);
+    CBxPicBufAPI::ExtractComponent(to, c, from);
+    const int failed = FilterPaddedPlane(context, component.plane,
+                                         SettingsOf(request, request.strength, request.noiseLevels[0]));
     if (failed != 0 || context.control.Aborted()) return failed;
-    SBxPicBuf wanted = ViewOf(plane, part);
-    CBxPicBufAPI::InsertComponent(output, c, wanted);
+    SBxPicBuf result = component.View(wanted);
+    CBxPicBufAPI::InsertComponent(output, c, result);
   }
   return 0;
 }
@@ -127,17 +189,20 @@ int DenoiseRegion(EngineContext& context, const DenoiseRequest& request, const S
                   const Tile& tile, SBxPicBuf& destination) {
   SBxPicBuf input = ViewOf(source, tile.outer);
   SBxPicBuf output = ViewOf(destination, tile.inner);
-  const CBxRect<int> part = {tile.inner.left - tile.outer.left, tile.inner.top - tile.outer.top,
-                             tile.inner.right - tile.outer.left, tile.inner.bottom - tile.outer.top};
+  const CBxRect<int> wanted = {tile.inner.left - tile.outer.left, tile.inner.top - tile.outer.top,
+                               tile.inner.right - tile.outer.left, tile.inner.bottom - tile.outer.top};
   PicBuf cleaned;
   if (request.pointArtefactMode == 1 || request.pointArtefactMode == 2) {
     cleaned = WithoutPointArtefacts(input, request.pointArtefactMode);
     if (cleaned.empty()) return 1;
     input = cleaned.record();
   }
+  // A card's noise level is that of the whole region.
+  const CBxRect<int> needed =
+      request.useGpu ? CBxRect<int>{0, 0, input.width, input.height} : NeededFor(wanted, input);
   const bool colour = request.colour && source.components == 3;
-  const int failed = colour ? DenoiseColour(context, request, input, part, output)
-                            : DenoiseComponents(context, request, input, part, output);
+  const int failed = colour ? DenoiseColour(context, request, input, wanted, needed, output)
+                            : DenoiseComponents(context, request, input, wanted, needed, output);
   if (failed == 0 && context.control.Aborted()) {
     const SBxPicBuf original = ViewOf(source, tile.inner);
     CBxPicBufAPI::Copy(output, original);

@@ -66,18 +66,26 @@ TEST(WholePicture, SaysHowFarItIs) {
   }
 }
 
-// At low quality every pixel's context lies inside its tile's margin: the search reaches 3, the patch 4
-// pixels. The first picture is not tiled at all.
-TEST(WholePicture, TilesEqualTheWholeRunAtLowQuality) {
-  for (const auto& [width, height, components, bits] :
-       {std::tuple{60, 40, 3, 8}, {1130, 210, 1, 8}, {210, 1131, 1, 16}, {1021, 1003, 1, 8}}) {
+// Without the large-scale pass every pixel's context lies inside its tile's margin: the search reaches 3 to
+// 10, the patch 4 pixels. The first picture is not tiled at all.
+TEST(WholePicture, TilesEqualTheWholeRunWithoutTheLargeScalePass) {
+  for (const auto& [width, height, components, bits, quality] : {std::tuple{60, 40, 3, 8, 1U},
+                                                                 {1130, 210, 1, 8, 1U},
+                                                                 {210, 1131, 1, 16, 1U},
+                                                                 {1021, 1003, 1, 8, 1U},
+                                                                 {1093, 61, 3, 8, 3U},
+                                                                 {57, 2011, 1, 8, 3U},
+                                                                 {1131, 131, 1, 16, 2U}}) {
     PicBuf source = test::PhotoLikePicture(width, height, components, bits, 2);
     PicBuf tiled;
     PicBuf whole;
     EngineContext context;
     context.processorCount = 5;
-    EXPECT_TRUE(DenoiseWholePicture(context, RequestFor(source, tiled), false));
-    ASSERT_EQ(DenoiseImage(context, RequestFor(source, whole)), 0);
+    DenoiseRequest request = RequestFor(source, tiled);
+    request.quality = quality;
+    EXPECT_TRUE(DenoiseWholePicture(context, request, false));
+    request.destination = &whole.record();
+    ASSERT_EQ(DenoiseImage(context, request), 0);
     EXPECT_TRUE(test::SamePicture(tiled, whole)) << width << "x" << height;
   }
 }
