@@ -1,8 +1,12 @@
 // Operations on whole pictures.
 
+#include <cstdint>
+#include <vector>
+
 #include <benchmark/benchmark.h>
 
 #include "bench_pictures.h"
+#include "picture/colour_convert.h"
 #include "picture/pic_buf.h"
 
 namespace mirellon {
@@ -34,6 +38,24 @@ void ToRgb(benchmark::State& state) {
   CountPixels(state);
 }
 BENCHMARK(ToRgb)->ArgName("bits")->Arg(8)->Arg(16)->Unit(benchmark::kMicrosecond);
+
+// To planes and back, as the engine does it.
+void ByWayOfPlanes(benchmark::State& state) {
+  PicBuf picture = bench::NoisyPicture(kSide, kSide, 3, 8);
+  std::vector<std::uint8_t> y(kSide);
+  std::vector<std::uint8_t> u(kSide);
+  std::vector<std::uint8_t> v(kSide);
+  for (auto _ : state) {
+    for (int row = 0; row < kSide; ++row) {
+      auto* const samples = picture::Row<std::uint8_t>(picture, row);
+      picture::ConvertRowRGBtoPlanes(samples, y.data(), u.data(), v.data(), kSide);
+      picture::ConvertRowPlanesToRGB(y.data(), u.data(), v.data(), samples, kSide);
+    }
+    benchmark::ClobberMemory();
+  }
+  CountPixels(state);
+}
+BENCHMARK(ByWayOfPlanes)->Unit(benchmark::kMicrosecond);
 
 void ExtractAndInsert(benchmark::State& state) {
   PicBuf source = bench::NoisyPicture(kSide, kSide, 3, static_cast<int>(state.range(0)));
