@@ -9,6 +9,7 @@
 #include "base/child_process.h"
 #include "base/file_descriptor.h"
 #include "base/text.h"
+#include "imageio/png_shell.h"
 
 namespace mirellon::imageio {
 
@@ -73,6 +74,33 @@ bool LooksWhole(const fs::path& tagged, const fs::path& workFile) {
   return !error && size + kSlack >= before;
 }
 
+// What the tool works on, and what becomes of it.
+class WorkCopy {
+ public:
+  WorkCopy(const fs::path& picture, FREE_IMAGE_FORMAT format)
+      : picture_(picture), tagged_(picture.parent_path() / ("tagged" + picture.extension().string())) {
+    isShell_ = format == FIF_PNG && !MakePngShell(picture, tagged_);
+  }
+
+  [[nodiscard]] std::string name() const { return tagged_.filename().string(); }
+  // False when it cannot be made.
+  bool Make(std::error_code& error) const { return isShell_ || MakeSecondName(picture_, tagged_, error); }
+  // Makes a whole picture of it again. True = failed: it is damaged.
+  [[nodiscard]] bool Finish() {
+    if (!isShell_) return !LooksWhole(tagged_, picture_);
+    const fs::path joined = tagged_.parent_path() / ("joined" + tagged_.extension().string());
+    if (FillPngShell(picture_, tagged_, joined)) return true;
+    tagged_ = joined;
+    return false;
+  }
+  void PutInPlace(std::error_code& error) const { fs::rename(tagged_, picture_, error); }
+
+ private:
+  fs::path picture_;
+  fs::path tagged_;
+  bool isShell_ = false;
+};
+
 }  // namespace
 
 std::string CopyMetadata(const fs::path& source, const fs::path& workFile, FREE_IMAGE_FORMAT format,
@@ -80,19 +108,19 @@ std::string CopyMetadata(const fs::path& source, const fs::path& workFile, FREE_
   if (format == FIF_BMP) return std::string(kNotCopied) + "BMP files cannot hold any";
   std::error_code error;
   const fs::path folder = workFile.parent_path();
-  const fs::path tagged = folder / ("tagged" + workFile.extension().string());
   const fs::path absolute = fs::absolute(source, error);
   if (!error) fs::create_symlink(absolute, folder / kSourceName, error);
-  if (error || !MakeSecondName(workFile, tagged, error)) return kNotCopied + error.message();
+  if (error) return kNotCopied + error.message();
+  WorkCopy copy(workFile, format);
+  if (!copy.Make(error)) return kNotCopied + error.message();
 
-  const std::string name = tagged.filename().string();
   const base::ChildResult result = base::RunChild({"exiftool", "-q", "-overwrite_original", "-tagsfromfile",
-                                                   kSourceName, "-all:all", "-icc_profile", name},
+                                                   kSourceName, "-all:all", "-icc_profile", copy.name()},
                                                   folder, control);
   std::string warning = WarningOf(result);
   if (!warning.empty()) return warning;
-  if (!LooksWhole(tagged, workFile)) return std::string(kNotCopied) + "exiftool left a damaged file";
-  fs::rename(tagged, workFile, error);
+  if (copy.Finish()) return std::string(kNotCopied) + "exiftool left a damaged file";
+  copy.PutInPlace(error);
   if (error) return kNotCopied + error.message();
   const std::string complaint = LineStarting(result.output, "Warning");
   return complaint.empty() ? complaint : "the metadata may be incomplete" + InBrackets(complaint);
