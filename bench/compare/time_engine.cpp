@@ -15,6 +15,7 @@
 
 namespace {
 
+using mirellon::bench::Clock;
 using mirellon::engine::EngineContext;
 using mirellon::picture::CBxPicBufAPI;
 using mirellon::picture::PicBuf;
@@ -29,6 +30,7 @@ struct Task {
   double strength = 10.0;
   double dynamics = 0.0;
   int runs = 1;
+  Clock clock = Clock::kWall;
 
   // True = failed.
   bool Set(const std::string& name, const std::string& value) {
@@ -40,6 +42,7 @@ struct Task {
     if (name == "bits") return bits = static_cast<unsigned>(number), false;
     if (name == "strength") return strength = number, false;
     if (name == "dynamics") return dynamics = number, false;
+    if (name == "processor") return clock = number != 0 ? Clock::kProcessor : Clock::kWall, false;
     if (name == "runs") return runs = static_cast<int>(number), false;
     return true;
   }
@@ -89,7 +92,7 @@ double Time(PicBuf& source, const Task& task) {
       failed |= mirellon::engine::SharpenPicture(result, 1.4, 1.2, 0.9, task.threads);
   };
   if (task.kind == "preview") run();
-  const double milliseconds = mirellon::bench::MedianMilliseconds(task.runs, run);
+  const double milliseconds = mirellon::bench::MedianMilliseconds(task.clock, task.runs, run);
   return failed ? -1.0 : milliseconds;
 }
 
