@@ -391,78 +391,95 @@ HWY_INLINE __m512i AddProducts(__m512i sum, __m512i a, __m512i b) {
   return _mm512_add_epi32(sum, _mm512_madd_epi16(a, b));
 }
 
-// 16 blocks' samples of one pixel for all pairs, in two registers: taking them from there spares loads across
-// cache lines, of which there would be four a pair.
-struct PixelRegisters {
-  __m512i lower;
-  __m512i upper;
-  __m512i sum;
+// The samples of one pixel of 16 blocks for all pairs, in two registers: taking them from there spares loads
+// across cache lines, of which there would be four a pair. Pairs of samples as in SamplePairs.
+template <bool kFused>
+class PixelSums {
+ public:
+  HWY_INLINE PixelSums(const std::uint8_t* samples, bool swapped)
+      : samples_(samples), rotation_(_mm512_set1_epi32(swapped ? 16 : 0)), upper_(PairsAt(0)) {}
 
-  HWY_INLINE PixelRegisters(const std::uint32_t* samples, const std::int32_t* sums)
-      : lower(_mm512_loadu_si512(samples)),
-        upper(_mm512_loadu_si512(samples + 16)),
-        sum(_mm512_loadu_si512(sums)) {}
-
-  template <int k, bool kFused>
-  HWY_INLINE void Add(__m512i weight) {
-    sum = AddProducts<kFused>(sum, _mm512_alignr_epi32(upper, lower, k), weight);
+  // On to the 16 blocks from b on, from left to right.
+  HWY_INLINE void Begin(std::ptrdiff_t b, const std::int32_t* sums) {
+    lower_ = upper_;
+    upper_ = PairsAt(b + 16);
+    sum_ = _mm512_loadu_si512(sums + b);
   }
+  template <int k>
+  HWY_INLINE void Add(__m512i weight) {
+    sum_ = AddProducts<kFused>(sum_, _mm512_alignr_epi32(upper_, lower_, k), weight);
+  }
+  HWY_INLINE void End(std::ptrdiff_t b, std::int32_t* sums) const { _mm512_storeu_si512(sums + b, sum_); }
+
+ private:
+  HWY_INLINE __m512i PairsAt(std::ptrdiff_t b) const {
+    const __m256i bytes = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(samples_ + 2 * b));
+    return _mm512_rolv_epi32(_mm512_cvtepu8_epi16(bytes), rotation_);
+  }
+
+  const std::uint8_t* samples_;
+  __m512i rotation_;
+  __m512i lower_;
+  __m512i upper_;
+  __m512i sum_;
 };
 
 template <bool kWeights, bool kFused>
-struct BlockRegisters {
-  PixelRegisters pixel0;
-  PixelRegisters pixel1;
-  PixelRegisters pixel2;
-  PixelRegisters pixel3;
-  __m512i weights;
+class BlockAdder {
+ public:
+  HWY_INLINE explicit BlockAdder(const AddStep& step)
+      : upperEven_(step.samples, step.swapped),
+        upperOdd_(step.samples + 1, step.swapped),
+        lowerEven_(step.samples + step.stride, step.swapped),
+        lowerOdd_(step.samples + step.stride + 1, step.swapped) {}
 
-  HWY_INLINE BlockRegisters(const BlockSamples& samples, const BlockAccumulators& sums, std::ptrdiff_t b)
-      : pixel0(samples.rows[0] + b, sums.rows[0] + b),
-        pixel1(samples.rows[1] + b, sums.rows[1] + b),
-        pixel2(samples.rows[2] + b, sums.rows[2] + b),
-        pixel3(samples.rows[3] + b, sums.rows[3] + b),
-        weights(kWeights ? _mm512_loadu_si512(sums.weights + b) : _mm512_setzero_si512()) {}
-
-  HWY_INLINE void Store(const BlockAccumulators& sums, std::ptrdiff_t b) const {
-    _mm512_storeu_si512(sums.rows[0] + b, pixel0.sum);
-    _mm512_storeu_si512(sums.rows[1] + b, pixel1.sum);
-    _mm512_storeu_si512(sums.rows[2] + b, pixel2.sum);
-    _mm512_storeu_si512(sums.rows[3] + b, pixel3.sum);
-    if constexpr (kWeights) _mm512_storeu_si512(sums.weights + b, weights);
+  HWY_INLINE void AddAt(const AddStep& step, std::ptrdiff_t b) {
+    upperEven_.Begin(b, step.sums[0]);
+    upperOdd_.Begin(b, step.sums[1]);
+    lowerEven_.Begin(b, step.sums[2]);
+    lowerOdd_.Begin(b, step.sums[3]);
+    if constexpr (kWeights) weights_ = _mm512_loadu_si512(step.weightSums + b);
+    AddFrom<0>(step, b);
+    upperEven_.End(b, step.sums[0]);
+    upperOdd_.End(b, step.sums[1]);
+    lowerEven_.End(b, step.sums[2]);
+    lowerOdd_.End(b, step.sums[3]);
+    if constexpr (kWeights) _mm512_storeu_si512(step.weightSums + b, weights_);
   }
 
+ private:
   // Pair k and those after it, as far as there are any.
   template <int k>
-  HWY_INLINE void AddFrom(const std::uint32_t* const* rows, std::ptrdiff_t b, int pairs) {
-    if (k >= pairs) return;
-    const __m512i weight = _mm512_loadu_si512(rows[k] + b);
-    pixel0.template Add<k, kFused>(weight);
-    pixel1.template Add<k, kFused>(weight);
-    pixel2.template Add<k, kFused>(weight);
-    pixel3.template Add<k, kFused>(weight);
-    if constexpr (kWeights) weights = AddProducts<kFused>(weights, weight, _mm512_set1_epi16(1));
-    if constexpr (k + 1 < kMostPairs) AddFrom<k + 1>(rows, b, pairs);
+  HWY_INLINE void AddFrom(const AddStep& step, std::ptrdiff_t b) {
+    if (k >= step.pairs) return;
+    const __m512i weight = _mm512_loadu_si512(step.weights[k] + b);
+    upperEven_.template Add<k>(weight);
+    upperOdd_.template Add<k>(weight);
+    lowerEven_.template Add<k>(weight);
+    lowerOdd_.template Add<k>(weight);
+    if constexpr (kWeights) weights_ = AddProducts<kFused>(weights_, weight, _mm512_set1_epi16(1));
+    if constexpr (k + 1 < kMostPairs) AddFrom<k + 1>(step, b);
   }
+
+  PixelSums<kFused> upperEven_;
+  PixelSums<kFused> upperOdd_;
+  PixelSums<kFused> lowerEven_;
+  PixelSums<kFused> lowerOdd_;
+  __m512i weights_;
 };
 
 template <bool kWeights, bool kFused>
-inline void AddPairsOf16(const std::uint32_t* const* weights, int pairs, const BlockSamples& samples,
-                         std::ptrdiff_t blocks, const BlockAccumulators& sums) {
-  for (std::ptrdiff_t b = 0; b < blocks; b += 16) {
-    BlockRegisters<kWeights, kFused> block(samples, sums, b);
-    block.template AddFrom<0>(weights, b, pairs);
-    block.Store(sums, b);
-  }
+inline void AddPairsOf16(const AddStep& step) {
+  BlockAdder<kWeights, kFused> adder(step);
+  for (std::ptrdiff_t b = 0; b < step.blocks; b += 16) adder.AddAt(step, b);
 }
 
 template <bool kWeights>
-inline void AddPairs(const std::uint32_t* const* weights, int pairs, const BlockSamples& samples,
-                     std::ptrdiff_t blocks, bool fusedProducts, const BlockAccumulators& sums) {
-  if (fusedProducts) {
-    AddPairsOf16<kWeights, true>(weights, pairs, samples, blocks, sums);
+inline void AddPairs(const AddStep& step) {
+  if (step.fusedProducts) {
+    AddPairsOf16<kWeights, true>(step);
   } else {
-    AddPairsOf16<kWeights, false>(weights, pairs, samples, blocks, sums);
+    AddPairsOf16<kWeights, false>(step);
   }
 }
 

@@ -38,9 +38,10 @@ struct Walk {
   DisplacementRow displacements;
 
   [[nodiscard]] bool Holds(int dx) const { return dx >= displacements.firstDx && dx <= displacements.lastDx; }
-  // Where the distance at p for block 0 stands in a row of distances, and that at p - d.
-  [[nodiscard]] std::ptrdiff_t ForwardColumn() const { return (origin >> 1) - firstColumn; }
-  [[nodiscard]] std::ptrdiff_t BackwardColumn(int dx) const { return ((origin - dx) >> 1) - firstColumn; }
+  // Where in a row of distances that at p, backward that at p - d, for block 0 and pair k stands.
+  [[nodiscard]] std::ptrdiff_t Column(int k, bool backward) const {
+    return ((backward ? origin - pairDx[k] : origin) >> 1) - firstColumn;
+  }
 };
 
 inline Walk PlanWalk(const SimilarityBand& band, const DisplacementRow& displacements) {
@@ -86,64 +87,49 @@ inline PairStep StepOf(const SimilarityBand& band, const Walk& walk, int row, in
 // ---------------------------------------------------------------------------------------------------------------
 // Adding one row of blocks, in one direction.
 
-// The rows of weight pairs, each from its block 0 on, in the order in which their samples follow each other.
-struct PairRows {
-  int pairs = 0;
-  const std::uint32_t* weights[kMostPairs] = {};
+// Where the weights of block 0 stand for each pair, in the order in which their samples follow each other.
+struct WeightRows {
+  const std::uint32_t* rows[kMostPairs] = {};
 };
 
-// Where the samples of the picture's column 0 and the first of the rows' pairs lie: forward those at dx and
-// dx + 1 for the first dx, backward those at -dx - 1 and -dx, swapped, for the last.
-inline std::ptrdiff_t FirstSample(const Walk& walk, bool backward) {
-  return backward ? -walk.pairDx[walk.pairs - 1] - 1 : walk.pairDx[0];
-}
-
-template <bool kWeights>
-inline void AddPlane(const SimilarityBand& band, const Walk& walk, const PairRows& rows,
-                     const std::uint8_t* plane, std::ptrdiff_t sampleRow, bool backward, int blockRow,
-                     std::int32_t* sums) {
-  const WorkPlanes& planes = *band.planes;
-  const std::uint8_t* start = plane + sampleRow * planes.stride + walk.origin + FirstSample(walk, backward);
-  BlockSamples samples{};
-  BlockAccumulators accumulators{};
-  for (int i = 0; i < kBlockPixels; ++i) {
-    samples.rows[i] = band.samplePairs + static_cast<std::size_t>(i) * band.blockStride;
-    accumulators.rows[i] = sums + static_cast<std::size_t>(kBlockPixels * blockRow + i) * band.blockStride;
-  }
-  accumulators.weights = band.weightSum + static_cast<std::size_t>(blockRow) * band.blockStride;
-  std::uint32_t* pairs = band.samplePairs;
-  const int count = band.blocks + walk.pairs;
-  SamplePairs(start, backward, pairs, pairs + band.blockStride, count);
-  SamplePairs(start + planes.stride, backward, pairs + 2 * band.blockStride, pairs + 3 * band.blockStride,
-              count);
-  AddPairs<kWeights>(rows.weights, rows.pairs, samples, band.blocks, band.fusedProducts, accumulators);
-}
-
-inline void AddBlockRow(const SimilarityBand& band, const Walk& walk, const PairRows& rows, bool backward,
-                        int blockRow) {
-  const WorkPlanes& planes = *band.planes;
-  const int away = backward ? -walk.displacements.dy : walk.displacements.dy;
-  const std::ptrdiff_t sampleRow = planes.border + 2 * (band.firstBlockRow + blockRow) + away;
-  AddPlane<true>(band, walk, rows, planes.high, sampleRow, backward, blockRow, band.highSum);
-  if (planes.low == nullptr) return;
-  AddPlane<false>(band, walk, rows, planes.low, sampleRow, backward, blockRow, band.lowSum);
-}
-
-// The place of pair k's row among PairRows.
+// The place of pair k's row among them.
 inline int Place(const Walk& walk, int k, bool backward) {
   return backward ? walk.pairs - 1 - k : k;
 }
 
-inline PairRows RowsOf(const SimilarityBand& band, const Walk& walk, bool backward) {
-  PairRows rows;
-  rows.pairs = walk.pairs;
-  for (int k = 0; k < walk.pairs; ++k) {
-    const int dx = walk.pairDx[k];
-    const std::ptrdiff_t column = backward ? walk.BackwardColumn(dx) : walk.ForwardColumn();
-    rows.weights[Place(walk, k, backward)] =
-        band.weights + static_cast<std::size_t>(k) * band.blockStride + column;
-  }
-  return rows;
+// Where the samples of the band's column 0 for the first of the rows lie: forward those at dx and dx + 1 for
+// the first dx, backward those at -dx - 1 and -dx, swapped, for the last.
+inline std::ptrdiff_t FirstSample(const Walk& walk, bool backward) {
+  return walk.origin + (backward ? -walk.pairDx[walk.pairs - 1] - 1 : walk.pairDx[0]);
+}
+
+inline void AddBlockRow(const SimilarityBand& band, const Walk& walk, const WeightRows& weights,
+                        bool backward, int blockRow) {
+  const WorkPlanes& planes = *band.planes;
+  const int away = backward ? -walk.displacements.dy : walk.displacements.dy;
+  const std::ptrdiff_t sampleRow = planes.border + 2 * (band.firstBlockRow + blockRow) + away;
+  const std::ptrdiff_t firstSample = sampleRow * planes.stride + FirstSample(walk, backward);
+  const std::size_t row = static_cast<std::size_t>(blockRow) * band.blockStride;
+  AddStep step{};
+  step.stride = planes.stride;
+  step.swapped = backward;
+  step.pairs = walk.pairs;
+  std::copy_n(weights.rows, walk.pairs, step.weights);
+  step.blocks = band.blocks;
+  step.weightSums = band.weightSum + row;
+  step.fusedProducts = band.fusedProducts;
+  step.samplePairs = band.samplePairs;
+  step.rowStride = band.blockStride;
+  const auto readFrom = [&](const std::uint8_t* plane, std::int32_t* sums) {
+    step.samples = plane + firstSample;
+    for (std::size_t i = 0; i < kBlockPixels; ++i)
+      step.sums[i] = sums + kBlockPixels * row + i * band.blockStride;
+  };
+  readFrom(planes.high, band.highSum);
+  AddPairs<true>(step);
+  if (planes.low == nullptr) return;
+  readFrom(planes.low, band.lowSum);
+  AddPairs<false>(step);
 }
 
 // ---------------------------------------------------------------------------------------------------------------
@@ -153,8 +139,16 @@ inline PairRows RowsOf(const SimilarityBand& band, const Walk& walk, bool backwa
 inline void AddRowOfOneTable(const SimilarityBand& band, const Walk& walk, const PairStep* steps,
                              int forwardRow, int backwardRow) {
   WeighPairs(steps, walk.pairs, band.tables->Table(0), band.distances, band.weights, band.blockStride);
-  if (forwardRow < band.blockRows) AddBlockRow(band, walk, RowsOf(band, walk, false), false, forwardRow);
-  if (backwardRow >= 0) AddBlockRow(band, walk, RowsOf(band, walk, true), true, backwardRow);
+  const auto add = [&](bool backward, int blockRow) {
+    WeightRows weights;
+    for (int k = 0; k < walk.pairs; ++k) {
+      weights.rows[Place(walk, k, backward)] =
+          band.weights + static_cast<std::size_t>(k) * band.blockStride + walk.Column(k, backward);
+    }
+    AddBlockRow(band, walk, weights, backward, blockRow);
+  };
+  if (forwardRow < band.blockRows) add(false, forwardRow);
+  if (backwardRow >= 0) add(true, backwardRow);
 }
 
 // Where the table of each of the band's blocks in a row begins: that of its upper left sample.
@@ -183,7 +177,7 @@ inline void AddRowOfManyTables(const SimilarityBand& band, const Walk& walk, con
     for (int k = 0; k < walk.pairs; ++k) {
       const std::size_t row = static_cast<std::size_t>(k) + (backward ? kMostPairs : 0);
       direction.weights[k] = band.weights + row * band.blockStride;
-      direction.column[k] = backward ? walk.BackwardColumn(walk.pairDx[k]) : walk.ForwardColumn();
+      direction.column[k] = walk.Column(k, backward);
     }
   }
   WeighPairsByIntensity(steps, walk.pairs, directions, band.blocks, band.distances, band.distancePairs,
@@ -191,10 +185,9 @@ inline void AddRowOfManyTables(const SimilarityBand& band, const Walk& walk, con
   for (const bool backward : {false, true}) {
     const DirectionStep& direction = directions[backward ? 1 : 0];
     if (!direction.wanted) continue;
-    PairRows rows;
-    rows.pairs = walk.pairs;
-    for (int k = 0; k < walk.pairs; ++k) rows.weights[Place(walk, k, backward)] = direction.weights[k];
-    AddBlockRow(band, walk, rows, backward, backward ? backwardRow : forwardRow);
+    WeightRows weights;
+    for (int k = 0; k < walk.pairs; ++k) weights.rows[Place(walk, k, backward)] = direction.weights[k];
+    AddBlockRow(band, walk, weights, backward, backward ? backwardRow : forwardRow);
   }
 }
 

@@ -26,17 +26,6 @@ namespace HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-// Of a row of blocks: the samples of each of a block's pixels (even and odd columns of the upper row, then of
-// the lower) as pairs, and where their sums and the sum of weights go.
-constexpr int kBlockPixels = 4;
-struct BlockSamples {
-  const std::uint32_t* rows[kBlockPixels];
-};
-struct BlockAccumulators {
-  std::int32_t* rows[kBlockPixels];
-  std::int32_t* weights;
-};
-
 // Where one displacement keeps the triple sums of the last three rows, which take turns.
 struct TripleRows {
   std::uint16_t* oldest;
@@ -62,6 +51,23 @@ struct PairStep {
     partner += 2 * stride;
     for (TripleRows& rows : triples) rows = {rows.middle, rows.newest, rows.oldest};
   }
+};
+
+// What adding the displacements of a dy to a row of blocks reads and writes. A block's pixels are the even
+// and the odd column of its upper row, then of its lower.
+constexpr int kBlockPixels = 4;
+struct AddStep {
+  const std::uint8_t* samples;  // the upper ones that the first pair of block 0's first pixel weighs
+  std::ptrdiff_t stride;        // to the lower ones
+  bool swapped;                 // whether of a pair's samples that on the right belongs to the first weight
+  int pairs;
+  const std::uint32_t* weights[kMostPairs];  // rows; the samples of each lie a block right of those before
+  std::ptrdiff_t blocks;
+  std::int32_t* sums[kBlockPixels];
+  std::int32_t* weightSums;
+  bool fusedProducts;          // whether one instruction may multiply and add, where a target knows of that
+  std::uint32_t* samplePairs;  // scratch: kBlockPixels rows,
+  std::size_t rowStride;       // so far apart
 };
 
 // Two weights as one word: that of a pair's first displacement, and that of its second above it.
@@ -101,37 +107,26 @@ inline void BoxSums(const std::uint16_t* HWY_RESTRICT sums, const std::uint16_t*
   }
 }
 
-// Two neighbouring samples as one word, for the even columns of `samples` and for the odd ones:
-//   even[j] = samples[2j] and above it samples[2j + 1], odd[j] = samples[2j + 1] and above it samples[2j +
-//   2],
-// or, swapped, the other way round in each word.
-inline void SamplePairs(const std::uint8_t* HWY_RESTRICT samples, bool swapped,
-                        std::uint32_t* HWY_RESTRICT even, std::uint32_t* HWY_RESTRICT odd, int count) {
-  const auto pair = [&](std::ptrdiff_t x) {
-    return swapped ? Pack(samples[x + 1], samples[x]) : Pack(samples[x], samples[x + 1]);
-  };
-  for (std::ptrdiff_t j = 0; j < count; ++j) {
-    even[j] = pair(2 * j);
-    odd[j] = pair(2 * j + 1);
-  }
-}
-
-// For each of `pairs` pairs k and each block b: the two weights of weights[k][b] times the two samples of
-// samples.rows[i][b + k] go to sums.rows[i][b], for each of the block's pixels i; with kWeights their sum to
-// sums.weights[b]. fusedProducts: whether one instruction may multiply and add, where a target knows of that.
+// For every pair k and block b: the two weights of weights[k][b] times the two samples that lie k blocks on
+// from each of the block's pixels go to its sums, with kWeights the weights themselves to weightSums[b].
 template <bool kWeights>
-inline void AddPairs(const std::uint32_t* const* weights, int pairs, const BlockSamples& samples,
-                     std::ptrdiff_t blocks, bool /*fusedProducts*/, const BlockAccumulators& sums) {
-  const auto product = [](std::uint32_t weight, std::uint32_t sample) {
-    return static_cast<std::int32_t>((weight & 0xFFFFU) * (sample & 0xFFFFU) +
-                                     (weight >> 16U) * (sample >> 16U));
+inline void AddPairs(const AddStep& step) {
+  const auto weighted = [&](std::uint32_t weight, const std::uint8_t* pair) {
+    const std::uint32_t first = pair[step.swapped ? 1 : 0];
+    const std::uint32_t second = pair[step.swapped ? 0 : 1];
+    return static_cast<std::int32_t>((weight & 0xFFFFU) * first + (weight >> 16U) * second);
   };
-  for (int k = 0; k < pairs; ++k) {
-    for (std::ptrdiff_t b = 0; b < blocks; ++b) {
-      const std::uint32_t weight = weights[k][b];
+  for (int k = 0; k < step.pairs; ++k) {
+    for (std::ptrdiff_t b = 0; b < step.blocks; ++b) {
+      const std::uint32_t weight = step.weights[k][b];
       if constexpr (kWeights)
-        sums.weights[b] += static_cast<std::int32_t>((weight & 0xFFFFU) + (weight >> 16U));
-      for (int i = 0; i < kBlockPixels; ++i) sums.rows[i][b] += product(weight, samples.rows[i][b + k]);
+        step.weightSums[b] += static_cast<std::int32_t>((weight & 0xFFFFU) + (weight >> 16U));
+      const std::uint8_t* upper = step.samples + 2 * (b + k);
+      const std::uint8_t* lower = upper + step.stride;
+      step.sums[0][b] += weighted(weight, upper);
+      step.sums[1][b] += weighted(weight, upper + 1);
+      step.sums[2][b] += weighted(weight, lower);
+      step.sums[3][b] += weighted(weight, lower + 1);
     }
   }
 }
@@ -203,8 +198,13 @@ inline void BoxSums(const std::uint16_t* HWY_RESTRICT sums, const std::uint16_t*
   }
 }
 
+#if HWY_TARGET != HWY_AVX3  // which has its own
+
+// Neighbouring samples as words, the left one below unless swapped: even[j] those at 2j and 2j + 1, odd[j]
+// those at 2j + 1 and 2j + 2.
 inline void SamplePairs(const std::uint8_t* HWY_RESTRICT samples, bool swapped,
-                        std::uint32_t* HWY_RESTRICT even, std::uint32_t* HWY_RESTRICT odd, int count) {
+                        std::uint32_t* HWY_RESTRICT even, std::uint32_t* HWY_RESTRICT odd,
+                        std::ptrdiff_t count) {
   const D16 d16;
   const D32 d32;
   const hn::Rebind<std::uint8_t, D16> d8;
@@ -232,36 +232,37 @@ HWY_INLINE hn::Vec<D16i> LoadPairs(const std::uint32_t* HWY_RESTRICT pairs) {
   return hn::BitCast(D16i(), hn::LoadU(D32(), pairs));
 }
 
-#if HWY_TARGET != HWY_AVX3  // which has its own
-
 template <bool kWeights>
-inline void AddPairs(const std::uint32_t* const* weights, int pairs, const BlockSamples& samples,
-                     std::ptrdiff_t blocks, bool /*fusedProducts*/, const BlockAccumulators& sums) {
+inline void AddPairs(const AddStep& step) {
   const D16i d16;
-  const D32 d32;
   const D32i d32i;
-  const auto lanes = static_cast<std::ptrdiff_t>(hn::Lanes(d32));
+  const auto lanes = static_cast<std::ptrdiff_t>(hn::Lanes(d32i));
   const auto ones = hn::Set(d16, 1);
-  for (std::ptrdiff_t b = 0; b < blocks; b += lanes) {
-    auto sum0 = hn::LoadU(d32i, sums.rows[0] + b);
-    auto sum1 = hn::LoadU(d32i, sums.rows[1] + b);
-    auto sum2 = hn::LoadU(d32i, sums.rows[2] + b);
-    auto sum3 = hn::LoadU(d32i, sums.rows[3] + b);
-    auto weightSum = kWeights ? hn::LoadU(d32i, sums.weights + b) : hn::Zero(d32i);
-    for (int k = 0; k < pairs; ++k) {
-      const auto words = hn::LoadU(d32, weights[k] + b);
-      const auto weight = hn::BitCast(d16, words);
-      sum0 = hn::Add(sum0, PairProducts(LoadPairs(samples.rows[0] + b + k), weight));
-      sum1 = hn::Add(sum1, PairProducts(LoadPairs(samples.rows[1] + b + k), weight));
-      sum2 = hn::Add(sum2, PairProducts(LoadPairs(samples.rows[2] + b + k), weight));
-      sum3 = hn::Add(sum3, PairProducts(LoadPairs(samples.rows[3] + b + k), weight));
+  std::uint32_t* const upperEven = step.samplePairs;
+  std::uint32_t* const upperOdd = upperEven + step.rowStride;
+  std::uint32_t* const lowerEven = upperOdd + step.rowStride;
+  std::uint32_t* const lowerOdd = lowerEven + step.rowStride;
+  SamplePairs(step.samples, step.swapped, upperEven, upperOdd, step.blocks + step.pairs);
+  SamplePairs(step.samples + step.stride, step.swapped, lowerEven, lowerOdd, step.blocks + step.pairs);
+  for (std::ptrdiff_t b = 0; b < step.blocks; b += lanes) {
+    auto sum0 = hn::LoadU(d32i, step.sums[0] + b);
+    auto sum1 = hn::LoadU(d32i, step.sums[1] + b);
+    auto sum2 = hn::LoadU(d32i, step.sums[2] + b);
+    auto sum3 = hn::LoadU(d32i, step.sums[3] + b);
+    auto weightSum = kWeights ? hn::LoadU(d32i, step.weightSums + b) : hn::Zero(d32i);
+    for (int k = 0; k < step.pairs; ++k) {
+      const auto weight = LoadPairs(step.weights[k] + b);
+      sum0 = hn::Add(sum0, PairProducts(LoadPairs(upperEven + b + k), weight));
+      sum1 = hn::Add(sum1, PairProducts(LoadPairs(upperOdd + b + k), weight));
+      sum2 = hn::Add(sum2, PairProducts(LoadPairs(lowerEven + b + k), weight));
+      sum3 = hn::Add(sum3, PairProducts(LoadPairs(lowerOdd + b + k), weight));
       if constexpr (kWeights) weightSum = hn::Add(weightSum, PairProducts(weight, ones));
     }
-    hn::StoreU(sum0, d32i, sums.rows[0] + b);
-    hn::StoreU(sum1, d32i, sums.rows[1] + b);
-    hn::StoreU(sum2, d32i, sums.rows[2] + b);
-    hn::StoreU(sum3, d32i, sums.rows[3] + b);
-    if constexpr (kWeights) hn::StoreU(weightSum, d32i, sums.weights + b);
+    hn::StoreU(sum0, d32i, step.sums[0] + b);
+    hn::StoreU(sum1, d32i, step.sums[1] + b);
+    hn::StoreU(sum2, d32i, step.sums[2] + b);
+    hn::StoreU(sum3, d32i, step.sums[3] + b);
+    if constexpr (kWeights) hn::StoreU(weightSum, d32i, step.weightSums + b);
   }
 }
 
