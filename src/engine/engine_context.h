@@ -12,7 +12,8 @@ namespace mirellon::engine {
 
 // What the plane filter hands to a kernel or a card: pictures of one component, even sides and one geometry,
 // and the source's samples at 8 bits, the guide. Kernels get one picture as destination and source, and as
-// guide where it has 8 bits: they copy what they read before they write. A card gets a destination of its own.
+// guide where it has 8 bits: they copy what they read before they write. A card gets a destination of its
+// own.
 struct PlaneJob {
   picture::SBxPicBuf* destination = nullptr;  // with storage
   const picture::SBxPicBuf* source = nullptr;

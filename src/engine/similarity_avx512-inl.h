@@ -299,8 +299,16 @@ constexpr int kMostTurnedPairs = 12;
 
 template <int kParts>
 inline void TurnIntoWeights(const std::uint32_t* const* distances, const std::uint16_t* const* tables,
-                            std::uint32_t* const* weights, std::ptrdiff_t blocks) {
+                            std::uint32_t* const* weights, std::ptrdiff_t blocks, int tooFar) {
+  const __m512i beyond = _mm512_set1_epi16(static_cast<std::int16_t>(tooFar));
   for (std::ptrdiff_t b = 0; b < blocks; b += 16) {
+    __m512i nearest = _mm512_loadu_si512(distances[0] + b);
+    for (int k = 1; k < kMostTurnedPairs; ++k)
+      nearest = _mm512_min_epu16(nearest, _mm512_loadu_si512(distances[k] + b));
+    if (_mm512_cmplt_epu16_mask(nearest, beyond) == 0) {
+      for (int k = 0; k < kMostTurnedPairs; ++k) _mm512_storeu_si512(weights[k] + b, _mm512_setzero_si512());
+      continue;
+    }
     const auto load = [&](int k) HWY_ATTR { return _mm512_loadu_si512(distances[k] + b); };
     Quarters low{load(0), load(1), load(2), load(3)};
     Quarters middle{load(4), load(5), load(6), load(7)};
@@ -345,7 +353,7 @@ inline void FindDistancePairs(const PairStep& step, std::uint32_t* pairs) {
 
 template <int kParts>
 inline void TurnPairsIntoWeights(const std::uint32_t* pairRows, std::size_t stride, int pairs,
-                                 const DirectionStep& direction, std::ptrdiff_t blocks) {
+                                 const DirectionStep& direction, std::ptrdiff_t blocks, int tooFar) {
   const std::uint32_t* distances[kMostTurnedPairs];
   std::uint32_t* weights[kMostTurnedPairs];
   for (int place = 0; place < kMostTurnedPairs; ++place) {
@@ -353,7 +361,7 @@ inline void TurnPairsIntoWeights(const std::uint32_t* pairRows, std::size_t stri
     distances[place] = pairRows + static_cast<std::size_t>(k) * stride + direction.column[k];
     weights[place] = direction.weights[k];
   }
-  TurnIntoWeights<kParts>(distances, direction.tables, weights, blocks);
+  TurnIntoWeights<kParts>(distances, direction.tables, weights, blocks, tooFar);
 }
 
 inline void WeighPairsByIntensity(const PairStep* steps, int pairs, const DirectionStep* directions,
@@ -368,9 +376,9 @@ inline void WeighPairsByIntensity(const PairStep* steps, int pairs, const Direct
   for (int i = 0; i < 2; ++i) {
     if (!directions[i].wanted) continue;
     if (parts <= 2) {
-      TurnPairsIntoWeights<2>(pairRows, stride, pairs, directions[i], blocks);
+      TurnPairsIntoWeights<2>(pairRows, stride, pairs, directions[i], blocks, steps[0].tooFar);
     } else {
-      TurnPairsIntoWeights<4>(pairRows, stride, pairs, directions[i], blocks);
+      TurnPairsIntoWeights<4>(pairRows, stride, pairs, directions[i], blocks, steps[0].tooFar);
     }
   }
 }
