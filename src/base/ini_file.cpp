@@ -3,79 +3,17 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
-#include <cstring>
 #include <limits>
-
-// The package's library holds no wide-character form, so the parser is instantiated here.
-#define SI_IMPLEMENTATION
-#define SI_NO_CONVERSION
-#include <SimpleIni.h>
 
 #include "base/checked_file.h"
 #include "base/file_descriptor.h"
-#include "base/text.h"
+#include "base/ini_parser.h"
 
 namespace mirellon::base {
 
 namespace {
 
 constexpr std::size_t kLargestFile = std::size_t{16} << 20U;
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-constexpr wchar_t kReplacement = 0xFFFD;
-
-// The parser's texts end at a NUL, so one within the file would hide all that follows.
-std::wstring WideFromFile(std::string_view text) {
-  std::wstring wide = WideFromNarrow(text);
-  std::replace(wide.begin(), wide.end(), L'\0', kReplacement);
-  return wide;
-}
-
-// What the parser wants of a converter between the file's bytes and wide texts.
-class Utf8Converter {
- public:
-  explicit Utf8Converter(bool /*storeIsUtf8*/) {}
-
-  static std::size_t SizeFromStore(const char* data, std::size_t size) {
-    return WideFromFile({data, size}).size();
-  }
-  static bool ConvertFromStore(const char* data, std::size_t size, wchar_t* output, std::size_t capacity) {
-    const std::wstring wide = WideFromFile({data, size});
-    if (wide.size() > capacity) return false;
-    std::copy(wide.begin(), wide.end(), output);
-    return true;
-  }
-  static std::size_t SizeToStore(const wchar_t* text) { return Utf8FromWide(text).size() + 1; }
-  static bool ConvertToStore(const wchar_t* text, char* output, std::size_t capacity) {
-    const std::string narrow = Utf8FromWide(text);
-    if (narrow.size() + 1 > capacity) return false;
-    std::memcpy(output, narrow.c_str(), narrow.size() + 1);
-    return true;
-  }
-};
-
-using Parser = CSimpleIniTempl<wchar_t, SI_GenericNoCase<wchar_t>, Utf8Converter>;
-
-// Collects the text with the line ends asked for, and one blank line, not two, between sections.
-class TextWriter : public Parser::OutputWriter {
- public:
-  TextWriter(std::string& text, bool carriageReturns) : text_(text), carriageReturns_(carriageReturns) {}
-
-  void Write(const char* piece) override {
-    for (; *piece != '\0'; ++piece) {
-      if (*piece != '\n') {
-        text_.push_back(*piece);
-        lineEnds_ = 0;
-      } else if (++lineEnds_ <= 2) {
-        text_.append(carriageReturns_ ? "\r\n" : "\n");
-      }
-    }
-  }
-
- private:
-  std::string& text_;
-  bool carriageReturns_;
-  int lineEnds_ = 0;
-};
 
 bool IsBlank(wchar_t character) {
   return character == L' ' || (character >= L'\t' && character <= L'\r');
@@ -93,14 +31,10 @@ std::wstring_view StripQuotes(std::wstring_view text) {
   return quoted ? text.substr(1, text.size() - 2) : text;
 }
 
-bool IsUtf16(std::string_view text) {
-  return text.substr(0, 2) == "\xFF\xFE" || text.substr(0, 2) == "\xFE\xFF";
-}
-
 }  // namespace
 
 struct IniFile::Content {
-  Parser parser{true, true, false};  // UTF-8, repeated keys kept, no values of several lines
+  IniParser parser{true, true, false};  // UTF-8, repeated keys kept, no values of several lines
   bool byteOrderMark = false;
   bool carriageReturns = false;
 };
@@ -132,7 +66,7 @@ IniFile::ReadResult IniFile::Read(const std::filesystem::path& file) {
 
 bool IniFile::Write(const std::filesystem::path& file) {
   std::string text(content_->byteOrderMark ? kByteOrderMark : "");
-  TextWriter writer(text, content_->carriageReturns);
+  IniTextWriter writer(text, content_->carriageReturns);
   int error = ENOMEM;
   if (content_->parser.Save(writer, false) >= 0) error = ReplaceFile(file, text);
   cause_ = error == 0 ? "" : ErrorText(error);
