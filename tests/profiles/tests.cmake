@@ -1,1 +1,3 @@
 mirellon_add_test(profiles/camera_key LINK mirellon_profiles)
+mirellon_add_test(profiles/profile_select LINK mirellon_profiles)
+mirellon_add_test(profiles/profile_store LINK mirellon_profiles)
