@@ -32,6 +32,29 @@ std::filesystem::path SettingsFile(const std::filesystem::path& applicationData)
   return UserFolder(applicationData) / kSettingsName;
 }
 
+std::vector<std::filesystem::path> ResourceFolders() {
+  std::error_code error;
+  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
+  if (error || !program.has_parent_path()) return {};
+  const std::filesystem::path own = program.parent_path();
+  const std::filesystem::path prefix = own.parent_path();
+  std::vector<std::filesystem::path> folders = {own, prefix / "share" / "mirellon"};
+  // Programs of a build tree lie in <source>/build/<preset>/bin.
+  if (std::filesystem::exists(prefix / "CMakeCache.txt", error)) {
+    folders.push_back(prefix.parent_path().parent_path() / "resources");
+  }
+  return folders;
+}
+
+std::filesystem::path ResourceFile(const std::filesystem::path& name,
+                                   const std::vector<std::filesystem::path>& folders) {
+  for (const std::filesystem::path& folder : folders) {
+    std::error_code ignored;
+    if (std::filesystem::is_regular_file(folder / name, ignored)) return folder / name;
+  }
+  return folders.empty() ? name : folders.front() / name;
+}
+
 bool EnsureFolder(const std::filesystem::path& folder) {
   std::error_code error;
   std::filesystem::create_directories(folder, error);

@@ -85,12 +85,9 @@ void PutEntry(CameraProfile& camera, const DenoiseParameters& parameters) {
 
 ProfilePaths StandardProfilePaths(const std::filesystem::path& applicationData,
                                   const std::vector<std::filesystem::path>& resourceFolders) {
-  ProfilePaths paths;
-  paths.userFile = base::UserFolder(applicationData) / kProfileFileName;
-  const auto holder = std::find_if(resourceFolders.begin(), resourceFolders.end(),
-                                   [](const auto& folder) { return Exists(folder / kProfileFileName); });
-  if (holder != resourceFolders.end()) paths.defaultFile = *holder / kProfileFileName;
-  return paths;
+  return {base::UserFolder(applicationData) / kProfileFileName,
+          resourceFolders.empty() ? std::filesystem::path()
+                                  : base::ResourceFile(kProfileFileName, resourceFolders)};
 }
 
 DenoiseParameters BuiltInParameters() {

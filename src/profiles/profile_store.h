@@ -21,8 +21,8 @@ struct ProfilePaths {
   std::filesystem::path defaultFile;  // shipped with the program, read only; empty: none
 };
 
-// The user's file below base::ApplicationDataFolder(), and the first of `resourceFolders` that holds the
-// shipped one.
+// The user's file below base::ApplicationDataFolder(), and the shipped one of the first of
+// base::ResourceFolders() that holds it.
 [[nodiscard]] ProfilePaths StandardProfilePaths(const std::filesystem::path& applicationData,
                                                 const std::vector<std::filesystem::path>& resourceFolders);
 
