@@ -47,6 +47,13 @@ double Count(double light, double white, double readNoise, std::uint64_t state) 
 
 }  // namespace
 
+Sensor SensorAt(int iso) {
+  Sensor sensor;
+  const double gain = static_cast<double>(kSampleIso) / iso;
+  sensor.white = {sensor.white.red * gain, sensor.white.green * gain, sensor.white.blue * gain};
+  return sensor;
+}
+
 Light Expose(const Light& light, const Sensor& sensor, std::uint64_t pixel, std::uint64_t seed) {
   const std::uint64_t state = MixBits(seed ^ MixBits(pixel));
   return {Count(light.red, sensor.white.red, sensor.readNoise, MixBits(state ^ 1U)),

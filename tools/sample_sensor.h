@@ -16,6 +16,10 @@ struct Sensor {
   double readNoise = 4.0;            // electrons, standard deviation
 };
 
+// The sensor above is at ISO 12800; twice the speed is half the electrons, with the same read noise.
+inline constexpr int kSampleIso = 12800;
+[[nodiscard]] Sensor SensorAt(int iso);
+
 // The light as counted at a pixel; `pixel` numbers it, so that the result does not depend on any order.
 [[nodiscard]] Light Expose(const Light& light, const Sensor& sensor, std::uint64_t pixel, std::uint64_t seed);
 

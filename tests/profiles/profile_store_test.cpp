@@ -226,7 +226,7 @@ TEST_F(ProfileStoreTest, NothingUnderstoodOtherwiseIsOverwrittenWithoutACopy) {
       {"", L"<<Unknown Camera>>:", "it has no section 'General'"},
       {kMark, L"<<Unknown Camera>>:", "it has no section 'General'"},
       {std::string(1000, '\0'), L"<<Unknown Camera>>:", "it has no section 'General'"},
-      {"\x89PNG\r\n\x1A\n\0\0\0\rIHDR", L"<<Unknown Camera>>:", "it has no section 'General'"},
+      {"\x89PNG\r\n\x1A\n\rIHDR\xFF", L"<<Unknown Camera>>:", "it has no section 'General'"},
       {"[General", L"<<Unknown Camera>>:", "it has no section 'General'"},
       {"<html>[x]</html>", L"<<Unknown Camera>>:", "it has no section 'General'"},
       {wide, L"<<Unknown Camera>>:", "not a text of sections and keys"},
