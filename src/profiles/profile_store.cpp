@@ -108,6 +108,8 @@ bool NoiseProfileStore::ReadFile(const std::filesystem::path& file) {
   const int error = ReadText(file, text);
   // A file that cannot be read counts as empty.
   const ProfileFault fault = ParseProfiles(error == 0 ? text : std::string(), data_);
+  const bool foreign = fault == ProfileFault::kNotText || fault == ProfileFault::kNoGeneral;
+  understood_ = error == 0 && (text.empty() || !foreign);
   if (error != 0) {
     Fail(file, base::ErrorText(error));
   } else if (fault != ProfileFault::kNone) {
@@ -119,6 +121,7 @@ bool NoiseProfileStore::ReadFile(const std::filesystem::path& file) {
 bool NoiseProfileStore::Load() {
   cause_.clear();
   keptCopy_.clear();
+  understood_ = true;
   (void)base::EnsureFolder(paths_.userFile.parent_path());
   // No versions are compared: once the user's file exists, a newer default file changes nothing.
   if (Exists(paths_.userFile)) {
@@ -148,6 +151,7 @@ bool NoiseProfileStore::KeepForeignFile() {
   const int unreadable = ReadText(file, text);
   if (unreadable == ENOENT || unreadable == ENOTDIR) return false;
   if (unreadable == 0) {
+    if (text.empty()) return false;
     ProfileData data;
     if (ParseProfiles(text, data) == ProfileFault::kNone && ProfilesText(data) == text) return false;
   }

@@ -48,8 +48,9 @@ class NoiseProfileStore {
   [[nodiscard]] bool Load();
 
   // Writes everything to the user's file, making its folder, in one step. A file there that this program
-  // would have written otherwise (damaged, foreign, commented ...) gets a second name first, see keptCopy();
-  // when that cannot be done, nothing is written. True = failed, cause() says why; the content stays.
+  // would have written otherwise (damaged, foreign, commented ..., but not empty) gets a second name first,
+  // see keptCopy(); when that cannot be done, nothing is written. True = failed, cause() says why; the
+  // content stays.
   [[nodiscard]] bool Save();
 
   // The first camera from index 1 on whose name equals the key, all spaces left out of both; 0 when none
@@ -89,6 +90,9 @@ class NoiseProfileStore {
   // empty: nothing was.
   [[nodiscard]] const std::string& cause() const { return cause_; }
   [[nodiscard]] const std::filesystem::path& causeFile() const { return causeFile_; }
+  // Whether the file that Load read is a profile file, be it a damaged one. False: it could not be read, or
+  // is something else altogether (an empty file is neither).
+  [[nodiscard]] bool understood() const { return understood_; }
   // The second name that the last Save gave to the file it replaced; empty: none was needed.
   [[nodiscard]] const std::filesystem::path& keptCopy() const { return keptCopy_; }
 
@@ -100,6 +104,7 @@ class NoiseProfileStore {
 
   ProfilePaths paths_;
   ProfileData data_;
+  bool understood_ = true;
   ProfileSource source_ = ProfileSource::kBuiltIn;
   std::string cause_;
   std::filesystem::path causeFile_;

@@ -223,7 +223,6 @@ TEST_F(ProfileStoreTest, NothingUnderstoodOtherwiseIsOverwrittenWithoutACopy) {
     const wchar_t* content;  // what is read of it
     const char* cause;
   } cases[] = {
-      {"", L"<<Unknown Camera>>:", "it has no section 'General'"},
       {kMark, L"<<Unknown Camera>>:", "it has no section 'General'"},
       {std::string(1000, '\0'), L"<<Unknown Camera>>:", "it has no section 'General'"},
       {"\x89PNG\r\n\x1A\n\rIHDR\xFF", L"<<Unknown Camera>>:", "it has no section 'General'"},
@@ -255,6 +254,7 @@ TEST_F(ProfileStoreTest, NothingUnderstoodOtherwiseIsOverwrittenWithoutACopy) {
     EXPECT_EQ(Content(store), c.content) << c.bytes.substr(0, 400);
     EXPECT_NE(store.cause().find(c.cause), std::string::npos) << store.cause() << " for " << c.cause;
     EXPECT_EQ(store.cause().empty(), *c.cause == '\0');
+    EXPECT_EQ(store.understood(), *c.cause == '\0' || *c.cause == 'p') << c.cause;
     ASSERT_FALSE(store.Save()) << store.cause();
     EXPECT_EQ(ReadBytes(store.keptCopy()), c.bytes);
     EXPECT_EQ(test::FilesIn(folder_ / "settings"), ++files);
@@ -262,6 +262,15 @@ TEST_F(ProfileStoreTest, NothingUnderstoodOtherwiseIsOverwrittenWithoutACopy) {
     ASSERT_FALSE(store.Save());
     EXPECT_TRUE(store.keptCopy().empty());
   }
+}
+
+TEST_F(ProfileStoreTest, AnEmptyFileNeedsNoCopy) {
+  NoiseProfileStore store = LoadedFrom("");
+  EXPECT_EQ(Content(store), L"<<Unknown Camera>>:");
+  EXPECT_NE(store.cause(), "");
+  EXPECT_TRUE(store.understood());
+  ASSERT_FALSE(store.Save());
+  EXPECT_EQ(test::FilesIn(folder_ / "settings"), 1U);
 }
 
 TEST_F(ProfileStoreTest, AbsurdCountsEndSoonWithBoundedMemory) {
