@@ -20,15 +20,6 @@ std::string Range(std::string_view low, std::string_view high, std::string_view 
   return text + ")";
 }
 
-// Until profiles can be stored, the default set is the only one there is.
-std::string ReadProfile(std::string_view text) {
-  if (text == "none") return {};
-  if (text == "auto" || text == "batch" || text.find('@') != std::string_view::npos) {
-    return Quoted(text) + ": noise profiles are not available yet; only none is";
-  }
-  return Quoted(text) + " is not one of auto, batch, none, CAMERA@ISO";
-}
-
 std::string ReadBackend(std::string_view text) {
   if (text == "cpu") return {};
   if (text == "gpu" || text == "fusion") {
@@ -57,18 +48,6 @@ Parser::Reader ChoiceReader(std::span<const Choice> choices, T& target) {
     if (refusal.empty()) target = static_cast<T>(value);
     return refusal;
   };
-}
-
-void AddParameterOptions(Parser& parser, engine::DenoiseParameters& parameters) {
-  for (const ParameterOption& row : kParameterOptions) {
-    double& value = parameters.*row.value;
-    parser.AddValue(
-        row.option, "X", row.meaning + Range(NumberText(row.low), NumberText(row.high), NumberText(value)),
-        [&row, &value](std::string_view text) { return ReadDecimal(text, row.low, row.high, value); });
-  }
-  parser.AddValue("--artefacts", JoinWords(kArtefactChoices, "|"),
-                  "Removal of single bright or dark points (default none)",
-                  ChoiceReader(kArtefactChoices, parameters.m_iUseMedian));
 }
 
 void AddRunOptions(Parser& parser, DenoiseArguments& arguments) {
@@ -105,11 +84,9 @@ ParseOutcome ParseDenoiseArguments(std::span<const char* const> args, DenoiseArg
                  arguments.input);
   parser.AddFile("OUTPUT", "The result; its extension chooses the format: JPEG, TIFF, PNG, BMP",
                  arguments.output);
-  parser.AddValue(
-      "--profile", "auto|batch|none|CAMERA@ISO",
-      "Where the values start from (default none: the default set; the others wait for noise profiles)",
-      ReadProfile);
-  AddParameterOptions(parser, arguments.parameters);
+  AddProfileOption(parser, arguments.profile);
+  AddProfilesOption(parser, arguments.profiles);
+  AddParameterOptions(parser, arguments.given);
   AddRunOptions(parser, arguments);
   parser.AddFlag("--no-metadata", "Do not copy EXIF data and colour profile to the result", noMetadata);
   parser.AddFlag("--overwrite", "Replace an existing OUTPUT (never INPUT itself)", arguments.overwrite);
@@ -122,6 +99,7 @@ ParseOutcome ParseDenoiseArguments(std::span<const char* const> args, DenoiseArg
 ParseOutcome ParseInfoArguments(std::span<const char* const> args, InfoArguments& arguments) {
   Parser parser("info", "Tells what is known about a photograph: picture, camera, measured noise.");
   parser.AddFile("INPUT", "The photograph", arguments.input);
+  AddProfilesOption(parser, arguments.profiles);
   parser.AddFlag("--json", "Print it as JSON", arguments.json);
   return parser.Parse(args);
 }

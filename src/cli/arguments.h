@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 
+#include "cli/parameter_arguments.h"
 #include "engine/parameters.h"
 
 namespace mirellon::cli {
@@ -17,7 +18,9 @@ enum class ProgressMode { kAuto, kAlways, kNever };
 struct DenoiseArguments {
   std::filesystem::path input;
   std::filesystem::path output;
-  engine::DenoiseParameters parameters;  // the values of "Set Default" with those given over them
+  ProfileRequest profile;          // the set to start from ...
+  GivenValues given;               // ... and the values given over it
+  std::filesystem::path profiles;  // the profile file; empty: the user's
   std::uint32_t quality = engine::kQualityMedium;
   std::optional<std::uint32_t> threads;  // none: as many as the process may use
   std::optional<int> jpegQuality;        // percent; none: the one stored in the settings file
@@ -31,6 +34,7 @@ struct DenoiseArguments {
 // mirellon-cli info INPUT
 struct InfoArguments {
   std::filesystem::path input;
+  std::filesystem::path profiles;  // as above
   bool json = false;
 };
 

@@ -9,6 +9,7 @@
 #include "cli/denoise_command.h"
 #include "cli/diagnostics.h"
 #include "cli/info_command.h"
+#include "cli/profiles_command.h"
 #include "engine/simd_target.h"
 
 namespace mirellon::cli {
@@ -22,9 +23,10 @@ struct Command {
   ExitStatus (*run)(std::span<const char* const> args, Shell& shell);
 };
 
-constexpr std::array<Command, 2> kCommands{{
+constexpr std::array<Command, 3> kCommands{{
     {"denoise", "denoise INPUT OUTPUT [options]", "Remove the noise of one photograph", RunDenoise},
     {"info", "info INPUT [--json]", "Tell what is known about a photograph", RunInfo},
+    {"profiles", "profiles ACTION ...", "Keep sets of values for cameras and ISO speeds", RunProfiles},
 }};
 
 void PrintOverview(std::ostream& out) {

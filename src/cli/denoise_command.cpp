@@ -9,9 +9,11 @@
 #include "cli/arguments.h"
 #include "cli/command_support.h"
 #include "cli/diagnostics.h"
+#include "cli/profile_support.h"
 #include "cli/report.h"
 #include "cli/terminal_progress.h"
 #include "engine/detail_pyramid.h"
+#include "engine/noise_estimate.h"
 #include "engine/simd_target.h"
 #include "engine/whole_picture.h"
 #include "imageio/save_image.h"
@@ -49,7 +51,6 @@ class DenoiseRun {
   DenoiseRun(const DenoiseArguments& arguments, Shell& shell) : arguments_(arguments), shell_(shell) {
     report_.input = arguments.input;
     report_.output = imageio::WrittenName(arguments.output);
-    report_.parameters = arguments.parameters;
     report_.quality = arguments.quality;
     report_.threads = arguments.threads.value_or(engine::CountProcessors());
     report_.simd = engine::SimdTargetName();
@@ -62,8 +63,8 @@ class DenoiseRun {
 
   ExitStatus Run() {
     using Step = ExitStatus (DenoiseRun::*)();
-    for (const Step step :
-         {&DenoiseRun::Load, &DenoiseRun::CheckTarget, &DenoiseRun::Denoise, &DenoiseRun::Sharpen}) {
+    for (const Step step : {&DenoiseRun::OpenStore, &DenoiseRun::Load, &DenoiseRun::CheckTarget,
+                            &DenoiseRun::ChooseSet, &DenoiseRun::Denoise, &DenoiseRun::Sharpen}) {
       const ExitStatus status = (this->*step)();
       if (status != ExitStatus::kDone) return status;
       if (shell_.engine.control.Aborted()) return Interrupted(arguments_.input, shell_);
@@ -76,7 +77,36 @@ class DenoiseRun {
   }
 
  private:
+  using Kind = ProfileRequest::Kind;
+
+  // A set asked for by name is looked up before any work, too.
+  ExitStatus OpenStore() {
+    const ProfileRequest& request = arguments_.profile;
+    if (request.kind == Kind::kNone) return ExitStatus::kDone;
+    std::vector<std::string> warnings;
+    if (OpenProfiles(store_, arguments_.profiles, shell_, warnings))
+      return NoMemory(arguments_.input, shell_);
+    for (const std::string& warning : warnings) Warn(warning);
+    return request.kind == Kind::kNamed ? FindNamedSet(request) : ExitStatus::kDone;
+  }
+
+  ExitStatus FindNamedSet(const ProfileRequest& request) {
+    const std::optional<std::uint32_t> camera = FindStoredCamera(store_, request.camera);
+    if (!camera) return RefuseProfile(NoSuchCamera(store_, request.camera));
+    const std::optional<std::uint32_t> entry = FindStoredEntry(store_, *camera, request.iso);
+    if (!entry) return RefuseProfile(NoSuchSpeed(store_, *camera, request.iso));
+    report_.parameters = *store_.Entry(*camera, *entry);
+    report_.profile = {store_.cameras()[*camera].name, request.iso, "given"};
+    return ExitStatus::kDone;
+  }
+
+  ExitStatus RefuseProfile(const std::string& why) {
+    PrintError(shell_.err, "--profile: " + why);
+    return ExitStatus::kUsage;
+  }
+
   ExitStatus Load() {
+    step_.Lap();
     imageio::LoadReport loaded;
     const ExitStatus status = LoadInput(arguments_.input, document_, loaded, shell_);
     if (!loaded.warning.empty()) Warn(About(arguments_.input.native(), loaded.warning));
@@ -101,10 +131,41 @@ class DenoiseRun {
     return ExitStatus::kDone;
   }
 
+  ExitStatus ChooseSet() {
+    const Kind kind = arguments_.profile.kind;
+    if (kind == Kind::kAuto || kind == Kind::kBatch) {
+      profiles::ProfileChoice choice;
+      if (kind == Kind::kBatch) {
+        choice = profiles::SelectProfileForBatch(store_, IdentityOf(document_.exif));
+      } else if (ChooseAsPanel(choice)) {
+        return NoMemory(arguments_.input, shell_);
+      }
+      report_.profile = NamedChoice(store_, choice);
+      if (choice.parameters != nullptr) {
+        report_.parameters = *choice.parameters;
+      } else {
+        Warn(About(store_.paths().userFile.native(), "holds no set to start from; the defaults are used"));
+      }
+    }
+    arguments_.given.Replace(report_.parameters);
+    return ExitStatus::kDone;
+  }
+
+  // True when memory was refused. The noise is measured only when it decides.
+  bool ChooseAsPanel(profiles::ProfileChoice& choice) {
+    store_.NormalizeNames();
+    const profiles::PhotoIdentity photo = IdentityOf(document_.exif);
+    choice = profiles::SelectProfileForImage(store_, photo, 0.0, 0.0);
+    if (choice.rule == profiles::ProfileRule::kExact) return false;
+    const engine::MeasuredNoise noise = engine::MeasureNoise(document_.source);
+    choice = profiles::SelectProfileForImage(store_, photo, noise.luminance, noise.chrominance);
+    return noise.failed;
+  }
+
   ExitStatus Denoise() {
     step_.Lap();
     const std::unique_ptr<TerminalProgress> progress = MakeProgress();
-    const engine::DenoiseParameters& parameters = arguments_.parameters;
+    const engine::DenoiseParameters& parameters = report_.parameters;
     engine::DenoiseRequest request;
     request.destination = &document_.result.record();
     request.source = &document_.source.record();
@@ -125,7 +186,7 @@ class DenoiseRun {
 
   ExitStatus Sharpen() {
     step_.Lap();
-    const engine::DenoiseParameters& parameters = arguments_.parameters;
+    const engine::DenoiseParameters& parameters = report_.parameters;
     const bool failed = engine::SharpenPicture(document_.result, parameters.m_dSharp1, parameters.m_dSharp2,
                                                parameters.m_dSharp3, report_.threads);
     report_.milliseconds.sharpen = step_.Lap();
@@ -181,6 +242,7 @@ class DenoiseRun {
 
   const DenoiseArguments& arguments_;
   Shell& shell_;
+  profiles::NoiseProfileStore store_;
   imageio::Document document_;
   imageio::SaveOptions saving_;
   DenoiseReport report_;

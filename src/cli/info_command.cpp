@@ -3,6 +3,7 @@
 #include "cli/arguments.h"
 #include "cli/command_support.h"
 #include "cli/diagnostics.h"
+#include "cli/profile_support.h"
 #include "cli/report.h"
 #include "engine/noise_estimate.h"
 #include "profiles/camera_key.h"
@@ -10,6 +11,20 @@
 namespace mirellon::cli {
 
 namespace {
+
+// True when memory was refused.
+bool ChooseProfiles(const InfoArguments& arguments, Shell& shell, InfoReport& report) {
+  profiles::NoiseProfileStore store;
+  std::vector<std::string> warnings;
+  if (OpenProfiles(store, arguments.profiles, shell, warnings)) return true;
+  for (const std::string& warning : warnings) PrintWarning(shell.err, warning);
+  const profiles::PhotoIdentity photo = IdentityOf(report.exif);
+  report.batchProfile = NamedChoice(store, profiles::SelectProfileForBatch(store, photo));
+  store.NormalizeNames();  // as the panel does
+  report.profile = NamedChoice(
+      store, profiles::SelectProfileForImage(store, photo, report.noise.luminance, report.noise.chrominance));
+  return false;
+}
 
 ExitStatus Describe(const InfoArguments& arguments, Shell& shell) {
   imageio::Document document;
@@ -28,6 +43,7 @@ ExitStatus Describe(const InfoArguments& arguments, Shell& shell) {
   }
   report.noise = engine::MeasureNoise(document.source);
   if (report.noise.failed) return NoMemory(arguments.input, shell);
+  if (ChooseProfiles(arguments, shell, report)) return NoMemory(arguments.input, shell);
   if (shell.engine.control.Aborted()) return Interrupted(arguments.input, shell);
   if (arguments.json) {
     PrintJson(shell.out, report);

@@ -48,6 +48,7 @@ int main(int argc, char** argv) {
                              .err = std::cerr,
                              .engine = engine,
                              .applicationData = mirellon::base::ApplicationDataFolder(),
+                             .resourceFolders = mirellon::base::ResourceFolders(),
                              .simdTarget = FromEnvironment("MIRELLON_SIMD"),
                              .errIsTerminal = isatty(STDERR_FILENO) == 1,
                              .columns = TerminalColumns,

@@ -34,6 +34,14 @@ inline constexpr std::array<ParameterOption, 7> kParameterOptions{{
      "Factor for rough details"},
 }};
 
+// The noise of the photograph that a set was made from: stored with it, no setting of the filter.
+inline constexpr std::array<ParameterOption, 2> kNoiseOptions{{
+    {"--noise-luminance", "m_dImmerkaerY", &engine::DenoiseParameters::m_dImmerkaerY, 0.0, 10000.0,
+     "Luminance noise of the photograph that the set is for"},
+    {"--noise-chrominance", "m_dImmerkaerUV", &engine::DenoiseParameters::m_dImmerkaerUV, 0.0, 10000.0,
+     "Its chrominance noise"},
+}};
+
 inline constexpr const char* kArtefactsKey = "m_iUseMedian";
 inline constexpr std::array<Choice, 3> kArtefactChoices{{{"none", 0}, {"common", 1}, {"strong", 2}}};
 inline constexpr std::array<Choice, 3> kQualityChoices{{{"low", engine::kQualityLow},

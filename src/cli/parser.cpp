@@ -24,12 +24,27 @@ Parser::Parser(const std::string& command, const std::string& description)
   app_.set_help_flag("-h,--help", "Print this help and exit");
 }
 
-void Parser::AddFile(const std::string& name, const std::string& meaning, std::filesystem::path& file) {
+void Parser::AddArgument(const std::string& name, const std::string& meaning, Reader reader, bool required) {
   CLI::Option* option = app_.add_option(name, texts_.emplace_back(), meaning);
-  option->required()->type_name(" ");
-  SetReader(option, [&file](std::string_view text) {
+  option->required(required)->type_name(" ");
+  SetReader(option, std::move(reader));
+}
+
+void Parser::AddFile(const std::string& name, const std::string& meaning, std::filesystem::path& file) {
+  AddArgument(name, meaning, [&file](std::string_view text) {
     if (text.empty()) return std::string("the file name is empty");
     file = std::filesystem::path(text);
+    return std::string();
+  });
+}
+
+void Parser::AddFiles(const std::string& name, const std::string& meaning,
+                      std::vector<std::filesystem::path>& files) {
+  CLI::Option* option = app_.add_option(name, lists_.emplace_back(), meaning);
+  option->required()->type_name(" ");
+  SetReader(option, [&files](std::string_view text) {
+    if (text.empty()) return std::string("the file name is empty");
+    files.emplace_back(text);
     return std::string();
   });
 }

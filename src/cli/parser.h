@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
@@ -23,7 +24,12 @@ class Parser {
 
   Parser(const std::string& command, const std::string& description);
 
+  // Arguments without a name, in the order of the calls.
+  void AddArgument(const std::string& name, const std::string& meaning, Reader reader, bool required = true);
   void AddFile(const std::string& name, const std::string& meaning, std::filesystem::path& file);
+  // One or more.
+  void AddFiles(const std::string& name, const std::string& meaning,
+                std::vector<std::filesystem::path>& files);
   void AddValue(const std::string& option, const std::string& placeholder, const std::string& meaning,
                 Reader reader);
   void AddFlag(const std::string& option, const std::string& meaning, bool& flag);
@@ -37,7 +43,9 @@ class Parser {
 
   std::string command_;
   CLI::App app_;
-  std::deque<std::string> texts_;  // what the library binds values to; addresses must not move
+  // What the library binds values to; addresses must not move.
+  std::deque<std::string> texts_;
+  std::deque<std::vector<std::string>> lists_;
 };
 
 }  // namespace mirellon::cli

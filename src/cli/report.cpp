@@ -67,6 +67,23 @@ Json ExifJson(const imageio::ExifSummary& exif) {
   return object;
 }
 
+Json ProfileJson(const ProfileReport& profile) {
+  Json object;
+  object["camera"] = nullptr;
+  object["iso"] = nullptr;
+  if (profile.camera) {
+    object["camera"] = base::Utf8FromWide(*profile.camera);
+    object["iso"] = profile.iso;
+  }
+  return object;
+}
+
+std::string ProfileText(const ProfileReport& profile) {
+  if (!profile.camera) return "none";
+  return base::Utf8FromWide(*profile.camera) + ", ISO " + std::to_string(profile.iso) + " (" + profile.rule +
+         ")";
+}
+
 void Print(std::ostream& out, const Json& object) {
   out << object.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
 }
@@ -100,7 +117,8 @@ void PrintJson(std::ostream& out, const DenoiseReport& report) {
   SetGeometry(object, report.geometry);
   object["parameters"] = ParametersJson(report.parameters);
   object["quality"] = WordFor(kQualityChoices, static_cast<int>(report.quality));
-  object["profile"] = {{"camera", nullptr}, {"iso", nullptr}, {"rule", "none"}};
+  object["profile"] = ProfileJson(report.profile);
+  object["profile"]["rule"] = report.profile.rule;
   object["backend"] = "cpu";
   object["simd"] = report.simd;
   object["threads"] = report.threads;
@@ -118,8 +136,9 @@ void PrintJson(std::ostream& out, const InfoReport& report) {
   object["exif"] = ExifJson(report.exif);
   object["cameraKey"] = base::Utf8FromWide(report.cameraKey);
   object["noise"] = {{"luminance", report.noise.luminance}, {"chrominance", report.noise.chrominance}};
-  object["profile"] = nullptr;
-  object["batchProfile"] = nullptr;
+  object["profile"] = ProfileJson(report.profile);
+  object["profile"]["rule"] = report.profile.rule;
+  object["batchProfile"] = ProfileJson(report.batchProfile);
   Print(out, object);
 }
 
@@ -141,8 +160,8 @@ void PrintText(std::ostream& out, const InfoReport& report) {
   PrintLine(out, "Noise",
             "luminance " + Decimals(report.noise.luminance) + ", chrominance " +
                 Decimals(report.noise.chrominance));
-  PrintLine(out, "Profile", "not available");
-  PrintLine(out, "Batch profile", "not available");
+  PrintLine(out, "Profile", ProfileText(report.profile));
+  PrintLine(out, "Batch profile", ProfileText(report.batchProfile));
 }
 
 std::string Base64(std::string_view bytes) {

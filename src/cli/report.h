@@ -1,7 +1,9 @@
 // Results on standard output, as text and as JSON.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -36,11 +38,19 @@ struct Timing {
   double total = 0.0;
 };
 
+// A stored set by its names.
+struct ProfileReport {
+  std::optional<std::wstring> camera;  // nothing: no stored set
+  std::uint32_t iso = 0;
+  std::string rule = "none";  // "exact", "nearest", "fallback", "given" or "none"
+};
+
 struct DenoiseReport {
   std::filesystem::path input;
   std::filesystem::path output;  // the name really written
   Geometry geometry;
   engine::DenoiseParameters parameters;
+  ProfileReport profile;  // where the parameters come from, before values given one by one
   std::uint32_t quality = engine::kQualityMedium;
   std::string simd;  // the instruction set in use
   std::uint32_t threads = 1;
@@ -55,6 +65,8 @@ struct InfoReport {
   imageio::ExifSummary exif;
   std::wstring cameraKey;  // empty when the photograph names no camera
   engine::MeasuredNoise noise;
+  ProfileReport profile;       // as the panel chooses
+  ProfileReport batchProfile;  // as a batch chooses
 };
 
 // One JSON object with a line end. Keys whose values are names of files get a twin ending in "Base64" when

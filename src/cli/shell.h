@@ -5,6 +5,7 @@
 #include <functional>
 #include <ostream>
 #include <string>
+#include <vector>
 
 #include "engine/engine_context.h"
 
@@ -16,7 +17,9 @@ struct Shell {
   std::ostream& err;  // progress, warnings, errors
   engine::EngineContext& engine;
   std::filesystem::path applicationData;  // where the settings live
-  std::string simdTarget = {};            // the instruction set to use; empty: the best one
+  // Where the files shipped with the program are looked for.
+  std::vector<std::filesystem::path> resourceFolders = {};
+  std::string simdTarget = {};  // the instruction set to use; empty: the best one
   bool errIsTerminal = false;
   std::function<int()> columns = [] { return 80; };  // the width of the terminal behind `err`
   std::function<int()> caughtSignal = [] { return 0; };

@@ -32,7 +32,8 @@ std::string Refusal(const Words& options) {
 TEST(ArgumentsTest, EveryOptionReachesItsOwnValue) {
   DenoiseArguments arguments;
   std::istringstream line(
-      "--profile=none --strength 1.5 in.jpg --strength-chroma=50 --strength-chroma-large 0 --dynamics -2 "
+      "--profile=EOS@5D@400 --profiles=p.ini --strength 1.5 in.jpg --strength-chroma=50 "
+      "--strength-chroma-large 0 --dynamics -2 "
       "--sharp-tiny 4 --sharp-medium .25 --sharp-rough 2e0 --artefacts strong --quality superior "
       "--backend cpu --threads 256 --jpeg-quality 1 --no-metadata out.jpg --overwrite --overwrite "
       "--progress never --quiet --json");
@@ -41,11 +42,17 @@ TEST(ArgumentsTest, EveryOptionReachesItsOwnValue) {
   for (const std::string& word : words) args.push_back(word.c_str());
   const ParseOutcome outcome = ParseDenoiseArguments(args, arguments);
   ASSERT_EQ(outcome.kind, Kind::kRun) << outcome.text;
+  engine::DenoiseParameters parameters;
+  arguments.given.Replace(parameters);
   const double expected[] = {1.5, 50.0, 0.0, -2.0, 4.0, 0.25, 2.0};
   for (std::size_t i = 0; i < kParameterOptions.size(); ++i) {
-    EXPECT_EQ(arguments.parameters.*kParameterOptions[i].value, expected[i]) << kParameterOptions[i].option;
+    EXPECT_EQ(parameters.*kParameterOptions[i].value, expected[i]) << kParameterOptions[i].option;
   }
-  EXPECT_EQ(arguments.parameters.m_iUseMedian, 2);
+  EXPECT_EQ(parameters.m_iUseMedian, 2);
+  EXPECT_EQ(arguments.profile.kind, ProfileRequest::Kind::kNamed);
+  EXPECT_EQ(arguments.profile.camera, L"EOS@5D");
+  EXPECT_EQ(arguments.profile.iso, 400U);
+  EXPECT_EQ(arguments.profiles, "p.ini");
   EXPECT_EQ(arguments.quality, engine::kQualitySuperior);
   EXPECT_EQ(arguments.threads, 256U);
   EXPECT_EQ(arguments.jpegQuality, 1);
@@ -95,8 +102,10 @@ TEST(ArgumentsTest, RefusalsNameTheOptionAndTheReason) {
       {{"--backend", "gpu"}, "--backend: 'gpu': the graphics card is not available yet; only cpu is"},
       {{"--backend", "fusion"}, "--backend: 'fusion': the graphics card is not available yet; only cpu is"},
       {{"--profile", "x"}, "--profile: 'x' is not one of auto, batch, none, CAMERA@ISO"},
-      {{"--profile", "auto"}, "--profile: 'auto': noise profiles are not available yet; only none is"},
-      {{"--profile", "A\nB@100"}, "--profile: 'A?B@100': noise profiles are not available yet; only none is"},
+      {{"--profile", "@100"}, "--profile: the camera's name is empty"},
+      {{"--profile", "A@1e2"}, "--profile: '1e2' is not a whole number between 0 and 1000000"},
+      {{"--profile", "A\xff@100"}, "--profile: 'A\xef\xbf\xbd' is not UTF-8"},
+      {{"--profiles", ""}, "--profiles: the file name is empty"},
       {{"--strength", "1", "--strength", "2"}, "--strength: given more than once"},
       {{"--overwrite=false"}, "--overwrite: takes no value"},
       {{"--json="}, "--json: takes no value"},
@@ -104,8 +113,8 @@ TEST(ArgumentsTest, RefusalsNameTheOptionAndTheReason) {
       {{"--stren", "3"}, "'--stren': unknown option" + help},
       {{"--", "-third"}, "'-third': one argument too many" + help}};
   for (const auto& [options, refusal] : cases) EXPECT_EQ(Refusal(options), refusal);
-  for (const char* option : {"--profile", "--strength", "--artefacts", "--quality", "--backend", "--threads",
-                             "--jpeg-quality", "--progress"}) {
+  for (const char* option : {"--profile", "--profiles", "--strength", "--artefacts", "--quality", "--backend",
+                             "--threads", "--jpeg-quality", "--progress"}) {
     EXPECT_EQ(Refusal({option}), std::string(option) + ": a value is missing");
     EXPECT_EQ(Refusal({(std::string(option) + "=").c_str(), "1"}),
               std::string(option) + ": a value is missing");
@@ -122,12 +131,12 @@ TEST(ArgumentsTest, HelpListsEveryOptionWithItsRange) {
   const ParseOutcome outcome = ParseDenoiseArguments(Words{"--help"}, arguments);
   ASSERT_EQ(outcome.kind, Kind::kHelp);
   for (const ParameterOption& row : kParameterOptions) {
-    const std::string range = NumberText(row.low) + " to " + NumberText(row.high) + "; default ";
+    const std::string range = NumberText(row.low) + " to " + NumberText(row.high) + ")";
     EXPECT_NE(outcome.text.find(range, outcome.text.find(row.option)), std::string::npos) << row.option;
   }
   InfoArguments info;
-  EXPECT_EQ(ParseInfoArguments(Words{"--json", "x.jpg"}, info).kind, Kind::kRun);
-  EXPECT_TRUE(info.input == "x.jpg" && info.json);
+  EXPECT_EQ(ParseInfoArguments(Words{"--json", "x.jpg", "--profiles=p"}, info).kind, Kind::kRun);
+  EXPECT_TRUE(info.input == "x.jpg" && info.profiles == "p" && info.json);
   EXPECT_EQ(ParseInfoArguments(Words{"x.jpg", "--strength=1"}, info).text,
             "'--strength=1': unknown option; see 'mirellon-cli info --help'");
 }

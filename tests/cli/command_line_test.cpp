@@ -83,8 +83,8 @@ TEST_F(CommandLineTest, DenoiseIsTheEngineBetweenTwoFiles) {
     int bits;
     const char* target;
     std::vector<std::string> options;
-  } cases[] = {{3, 8, "a.png", {}},
-               {1, 16, "b.tif", {"--strength=20", "--quality=low"}},
+  } cases[] = {{3, 8, "a.png", {"--profile=none"}},
+               {1, 16, "b.tif", {"--profile=none", "--strength=20", "--quality=low"}},
                {3,
                 16,
                 "c.png",
@@ -100,20 +100,22 @@ TEST_F(CommandLineTest, DenoiseIsTheEngineBetweenTwoFiles) {
     for (const std::string& option : c.options) args.push_back(option.c_str());
     DenoiseArguments read;
     ASSERT_EQ(ParseDenoiseArguments(args, read).text, "");
+    engine::DenoiseParameters parameters;
+    read.given.Replace(parameters);
     PicBuf expected;
     engine::EngineContext context;
     engine::DenoiseRequest request;
     request.destination = &expected.record();
     request.source = &source.record();
-    request.strength = read.parameters.m_dStrength;
-    request.strengthChroma = read.parameters.m_dStrengthChroma;
-    request.strengthChromaLarge = read.parameters.m_dStrengthChromaLarge;
+    request.strength = parameters.m_dStrength;
+    request.strengthChroma = parameters.m_dStrengthChroma;
+    request.strengthChromaLarge = parameters.m_dStrengthChromaLarge;
     request.quality = read.quality;
-    request.dynamics = read.parameters.m_dDynamics;
-    request.pointArtefactMode = read.parameters.m_iUseMedian;
+    request.dynamics = parameters.m_dDynamics;
+    request.pointArtefactMode = parameters.m_iUseMedian;
     ASSERT_TRUE(engine::DenoiseWholePicture(context, request, false));
-    ASSERT_FALSE(engine::SharpenPicture(expected, read.parameters.m_dSharp1, read.parameters.m_dSharp2,
-                                        read.parameters.m_dSharp3));
+    ASSERT_FALSE(
+        engine::SharpenPicture(expected, parameters.m_dSharp1, parameters.m_dSharp2, parameters.m_dSharp3));
     EXPECT_TRUE(test::SamePicture(test::ReadPicture(Path(c.target)), expected)) << c.target;
   }
 }

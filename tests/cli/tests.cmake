@@ -2,6 +2,8 @@ mirellon_add_test(cli/arguments LINK mirellon_cli_core)
 mirellon_add_test(cli/bad_input LINK mirellon_test_image_files)
 mirellon_add_test(cli/command_line LINK mirellon_cli mirellon_test_image_files nlohmann_json::nlohmann_json)
 mirellon_add_test(cli/interruption LINK mirellon_cli_core)
+mirellon_add_test(cli/profiles_command
+  LINK mirellon_cli mirellon_test_image_files nlohmann_json::nlohmann_json PkgConfig::exiv2)
 mirellon_add_test(cli/report LINK mirellon_cli_core nlohmann_json::nlohmann_json)
 mirellon_add_test(cli/terminal_progress LINK mirellon_cli_core)
 

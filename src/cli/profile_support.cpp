@@ -1,0 +1,75 @@
+#include "cli/profile_support.h"
+
+#include <algorithm>
+#include <system_error>
+
+#include "base/text.h"
+#include "cli/diagnostics.h"
+
+namespace mirellon::cli {
+
+using profiles::CameraProfile;
+using profiles::NoiseProfileStore;
+
+profiles::ProfilePaths ChosenProfilePaths(const std::filesystem::path& file, const Shell& shell) {
+  profiles::ProfilePaths paths = profiles::StandardProfilePaths(shell.applicationData, shell.resourceFolders);
+  if (!file.empty()) paths.userFile = file;
+  return paths;
+}
+
+bool OpenProfiles(NoiseProfileStore& store, const std::filesystem::path& file, const Shell& shell,
+                  std::vector<std::string>& warnings) {
+  store = NoiseProfileStore(ChosenProfilePaths(file, shell));
+  std::error_code ignored;
+  const bool missing = !file.empty() && !std::filesystem::exists(file, ignored);
+  if (store.Load()) return true;
+  // A file that was named is missed; the user's own one comes into being when there is something to save.
+  if (missing) {
+    warnings.push_back(About(file.native(), "no such file; the sets shipped with the program stand in"));
+  }
+  if (!store.cause().empty()) warnings.push_back(About(store.causeFile().native(), store.cause()));
+  return false;
+}
+
+std::optional<std::uint32_t> FindStoredCamera(const NoiseProfileStore& store, const std::wstring& name) {
+  const std::vector<CameraProfile>& cameras = store.cameras();
+  const auto exact = std::find_if(cameras.begin(), cameras.end(),
+                                  [&name](const CameraProfile& camera) { return camera.name == name; });
+  if (exact != cameras.end()) return static_cast<std::uint32_t>(exact - cameras.begin());
+  const std::uint32_t found = store.FindCamera(name);
+  return found == 0 ? std::nullopt : std::optional(found);
+}
+
+std::optional<std::uint32_t> FindStoredEntry(const NoiseProfileStore& store, std::uint32_t camera,
+                                             std::uint32_t iso) {
+  const std::vector<std::uint32_t>& speeds = store.cameras()[camera].isoValues;
+  const auto found = std::find(speeds.begin(), speeds.end(), iso);
+  if (found == speeds.end()) return std::nullopt;
+  return static_cast<std::uint32_t>(found - speeds.begin());
+}
+
+std::string NoSuchCamera(const NoiseProfileStore& store, const std::wstring& name) {
+  return About(base::Utf8FromWide(name), "no such camera in ") + Quoted(store.paths().userFile.native()) +
+         "; '" + kProgramName + " profiles list' names them";
+}
+
+std::string NoSuchSpeed(const NoiseProfileStore& store, std::uint32_t camera, std::uint32_t iso) {
+  const CameraProfile& profile = store.cameras()[camera];
+  std::string text = Quoted(base::Utf8FromWide(profile.name)) + " has no set for ISO " + std::to_string(iso);
+  for (std::size_t i = 0; i < profile.isoValues.size(); ++i) {
+    text += (i == 0 ? ", only for " : ", ") + std::to_string(profile.isoValues[i]);
+  }
+  return text;
+}
+
+profiles::PhotoIdentity IdentityOf(const imageio::ExifSummary& exif) {
+  return {exif.make, exif.model, exif.iso};
+}
+
+ProfileReport NamedChoice(const NoiseProfileStore& store, const profiles::ProfileChoice& choice) {
+  if (choice.parameters == nullptr) return {};
+  const CameraProfile& camera = store.cameras()[choice.camera];
+  return {camera.name, camera.isoValues[choice.entry], profiles::RuleName(choice.rule)};
+}
+
+}  // namespace mirellon::cli
