@@ -2,5 +2,6 @@ mirellon_add_test(profiles/camera_key LINK mirellon_profiles)
 mirellon_add_test(profiles/interpolate LINK mirellon_profiles)
 mirellon_add_test(profiles/profile_select LINK mirellon_profiles)
 mirellon_add_test(profiles/profile_store LINK mirellon_profiles)
+mirellon_add_test(profiles/slider_math LINK mirellon_profiles)
 
 target_compile_definitions(profiles_interpolate_test PRIVATE MIRELLON_RESOURCES="${CMAKE_SOURCE_DIR}/resources")
