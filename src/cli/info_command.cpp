@@ -12,18 +12,18 @@ namespace mirellon::cli {
 
 namespace {
 
-// True when memory was refused.
-bool ChooseProfiles(const InfoArguments& arguments, Shell& shell, InfoReport& report) {
+ExitStatus ChooseProfiles(const InfoArguments& arguments, Shell& shell, InfoReport& report) {
   profiles::NoiseProfileStore store;
   std::vector<std::string> warnings;
-  if (OpenProfiles(store, arguments.profiles, shell, warnings)) return true;
+  const ExitStatus status = OpenProfiles(store, arguments.profiles, shell, warnings);
+  if (status != ExitStatus::kDone) return status;
   for (const std::string& warning : warnings) PrintWarning(shell.err, warning);
   const profiles::PhotoIdentity photo = IdentityOf(report.exif);
   report.batchProfile = NamedChoice(store, profiles::SelectProfileForBatch(store, photo));
   store.NormalizeNames();  // as the panel does
   report.profile = NamedChoice(
       store, profiles::SelectProfileForImage(store, photo, report.noise.luminance, report.noise.chrominance));
-  return false;
+  return ExitStatus::kDone;
 }
 
 ExitStatus Describe(const InfoArguments& arguments, Shell& shell) {
@@ -43,7 +43,8 @@ ExitStatus Describe(const InfoArguments& arguments, Shell& shell) {
   }
   report.noise = engine::MeasureNoise(document.source);
   if (report.noise.failed) return NoMemory(arguments.input, shell);
-  if (ChooseProfiles(arguments, shell, report)) return NoMemory(arguments.input, shell);
+  const ExitStatus chosen = ChooseProfiles(arguments, shell, report);
+  if (chosen != ExitStatus::kDone) return chosen;
   if (shell.engine.control.Aborted()) return Interrupted(arguments.input, shell);
   if (arguments.json) {
     PrintJson(shell.out, report);

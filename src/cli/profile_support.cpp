@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "base/text.h"
+#include "cli/command_support.h"
 #include "cli/diagnostics.h"
 
 namespace mirellon::cli {
@@ -17,18 +18,22 @@ profiles::ProfilePaths ChosenProfilePaths(const std::filesystem::path& file, con
   return paths;
 }
 
-bool OpenProfiles(NoiseProfileStore& store, const std::filesystem::path& file, const Shell& shell,
-                  std::vector<std::string>& warnings) {
+ExitStatus OpenProfiles(NoiseProfileStore& store, const std::filesystem::path& file, Shell& shell,
+                        std::vector<std::string>& warnings) {
   store = NoiseProfileStore(ChosenProfilePaths(file, shell));
   std::error_code ignored;
   const bool missing = !file.empty() && !std::filesystem::exists(file, ignored);
-  if (store.Load()) return true;
-  // A file that was named is missed; the user's own one comes into being when there is something to save.
+  // The user's own folder is made when it is not there; a misspelt one is not.
+  if (missing && file.has_parent_path() && !std::filesystem::is_directory(file.parent_path(), ignored)) {
+    PrintError(shell.err, About(file.native(), "its folder does not exist"));
+    return ExitStatus::kInput;
+  }
+  if (store.Load()) return NoMemory(store.causeFile(), shell);
   if (missing) {
     warnings.push_back(About(file.native(), "no such file; the sets shipped with the program stand in"));
   }
   if (!store.cause().empty()) warnings.push_back(About(store.causeFile().native(), store.cause()));
-  return false;
+  return ExitStatus::kDone;
 }
 
 std::optional<std::uint32_t> FindStoredCamera(const NoiseProfileStore& store, const std::wstring& name) {

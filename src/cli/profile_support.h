@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "cli/arguments.h"
+#include "cli/exit_status.h"
 #include "cli/report.h"
 #include "cli/shell.h"
 #include "imageio/exif_summary.h"
@@ -19,9 +20,10 @@ namespace mirellon::cli {
 [[nodiscard]] profiles::ProfilePaths ChosenProfilePaths(const std::filesystem::path& file,
                                                         const Shell& shell);
 
-// Loads the store. What is wrong with the file is added to `warnings`. True = failed: out of memory.
-[[nodiscard]] bool OpenProfiles(profiles::NoiseProfileStore& store, const std::filesystem::path& file,
-                                const Shell& shell, std::vector<std::string>& warnings);
+// Loads the store. What is wrong with the file is added to `warnings`; only a folder that is not there and
+// lack of memory end the command, which is printed.
+[[nodiscard]] ExitStatus OpenProfiles(profiles::NoiseProfileStore& store, const std::filesystem::path& file,
+                                      Shell& shell, std::vector<std::string>& warnings);
 
 // A camera by its stored name or, spaces left out, as photographs are matched.
 [[nodiscard]] std::optional<std::uint32_t> FindStoredCamera(const profiles::NoiseProfileStore& store,

@@ -49,9 +49,8 @@ class ProfilesRun {
  private:
   ExitStatus Open(bool changes) {
     std::vector<std::string> warnings;
-    if (OpenProfiles(store_, arguments_.profiles, shell_, warnings)) {
-      return NoMemory(store_.paths().userFile, shell_);
-    }
+    const ExitStatus status = OpenProfiles(store_, arguments_.profiles, shell_, warnings);
+    if (status != ExitStatus::kDone) return status;
     // A photograph given as profile file by mistake, or somebody's letters: nothing to write over.
     if (changes && !store_.understood() && store_.source() == profiles::ProfileSource::kUserFile) {
       PrintError(shell_.err, About(store_.causeFile().native(), store_.cause() + "; left as it is"));

@@ -234,7 +234,10 @@ TEST_F(ProfilesCommandTest, AnotherFileTakesThePlaceOfTheUsersOwn) {
   std::filesystem::create_directory(folder_ / "folder.ini");
   EXPECT_EQ(Run({"profiles", "set", "X", "100", "--profiles", Path("folder.ini")}), ExitStatus::kOutput);
   EXPECT_EQ(err_.str(), "mirellon-cli: '" + Path("folder.ini") + "': Is a directory; left as it is\n");
-  EXPECT_EQ(Run({"profiles", "set", "X", "100", "--profiles", Path("a.png/x.ini")}), ExitStatus::kOutput);
+  for (const char* name : {"a.png/x.ini", "no such/x.ini"}) {
+    EXPECT_EQ(Run({"profiles", "set", "X", "100", "--profiles", Path(name)}), ExitStatus::kInput);
+    EXPECT_EQ(err_.str(), "mirellon-cli: '" + Path(name) + "': its folder does not exist\n");
+  }
 }
 
 TEST_F(ProfilesCommandTest, TheFirstRunWithoutShippedSetsSavesTheBuiltInOne) {
