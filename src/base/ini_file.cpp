@@ -8,6 +8,7 @@
 #include "base/checked_file.h"
 #include "base/file_descriptor.h"
 #include "base/ini_parser.h"
+#include "base/text.h"
 
 namespace mirellon::base {
 
@@ -31,6 +32,28 @@ std::wstring_view StripQuotes(std::wstring_view text) {
   return quoted ? text.substr(1, text.size() - 2) : text;
 }
 
+// Blank, comment, section, or key with a value: what the parser keeps.
+bool IsKeptLine(std::string_view line) {
+  constexpr std::string_view kBlanks = " \t\v\f\r";
+  line.remove_prefix(std::min(line.find_first_not_of(kBlanks), line.size()));
+  if (line.empty() || line.front() == ';' || line.front() == '#') return true;
+  if (line.front() == '[') return line.find(']') != std::string_view::npos;
+  const std::size_t equals = line.find('=');
+  return equals != std::string_view::npos && equals != 0;
+}
+
+bool SurvivesWriting(std::string_view text) {
+  if (text.substr(0, kByteOrderMark.size()) == kByteOrderMark) text.remove_prefix(kByteOrderMark.size());
+  const bool binary = text.find('\0') != std::string_view::npos;
+  if (binary || !IsValidUtf8(text)) return false;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    if (!IsKeptLine(text.substr(0, end))) return false;
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return true;
+}
+
 }  // namespace
 
 struct IniFile::Content {
@@ -45,6 +68,7 @@ IniFile::~IniFile() = default;
 IniFile::ReadResult IniFile::Read(const std::filesystem::path& file) {
   content_ = std::make_unique<Content>();
   cause_.clear();
+  damaged_ = false;
   FileDescriptor descriptor;
   std::string text;
   int error = OpenForReading(file, descriptor);
@@ -52,13 +76,16 @@ IniFile::ReadResult IniFile::Read(const std::filesystem::path& file) {
   if (error == 0) error = ReadWhole(descriptor.get(), kLargestFile, text);
   if (error != 0) {
     cause_ = ErrorText(error);
+    damaged_ = error == EFBIG;
     return ReadResult::kFailed;
   }
+  damaged_ = !SurvivesWriting(text);
   content_->byteOrderMark = std::string_view(text).substr(0, kByteOrderMark.size()) == kByteOrderMark;
   content_->carriageReturns = text.find("\r\n") != std::string::npos;
   if (IsUtf16(text) || content_->parser.LoadData(text.data(), text.size()) < 0) {
     cause_ = "not a text of sections and keys";
     content_ = std::make_unique<Content>();
+    damaged_ = true;
     return ReadResult::kFailed;
   }
   return ReadResult::kRead;

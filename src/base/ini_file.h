@@ -30,6 +30,9 @@ class IniFile {
   [[nodiscard]] ReadResult Read(const std::filesystem::path& file);
   // Writes checked and in one step (see CheckedFile). True = failed.
   [[nodiscard]] bool Write(const std::filesystem::path& file);
+  // Whether what the last Read met holds more than a Write would bring back: too large, no text of that kind,
+  // malformed UTF-8, or lines of no kind. Who is about to write over it keeps a copy first (KeepCopy).
+  [[nodiscard]] bool damaged() const { return damaged_; }
   // Why the last Read or Write failed, in English, without a full stop.
   [[nodiscard]] const std::string& cause() const { return cause_; }
 
@@ -45,6 +48,7 @@ class IniFile {
   struct Content;
   std::unique_ptr<Content> content_;
   std::string cause_;
+  bool damaged_ = false;
 };
 
 // The decimal number at the head of a text, after blanks and with an optional sign; 0 when there is none.

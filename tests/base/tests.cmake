@@ -1,4 +1,5 @@
 mirellon_add_test(base/text LINK mirellon_base)
 mirellon_add_test(base/checked_file LINK mirellon_base)
 mirellon_add_test(base/child_process LINK mirellon_base)
+mirellon_add_test(base/child_session LINK mirellon_base)
 mirellon_add_test(base/ini_file LINK mirellon_base)

@@ -1,0 +1,190 @@
+#include "settings/text_table.h"
+
+#include <algorithm>
+#include <array>
+
+namespace mirellon::settings {
+
+namespace {
+
+// In ascending order. A ";" parts the lines of a two-line control and belongs to the text; numbers that are
+// missing have no use any more.
+constexpr std::array<TextRow, 129> kTexts{{
+    {1, L"Press Ctrl+O to open an image"},
+    {2, L"File"},
+    {3, L"Denoise"},
+    {4, L"Help"},
+    {5, L"Open...Ctrl+O"},
+    {6, L"Save As...Ctrl+S"},
+    {7, L"Close"},
+    {8, L"Options..."},
+    {9, L"Exit"},
+    {10, L"Denoise Image..."},
+    {11, L"Batch Denoising..."},
+    {12, L"Help Contents F1"},
+    {13, L"Visit Web Site"},
+    {16, L"About..."},
+    {17, L"Please wait ."},
+    {18, L"Click and drag to move image, Double click to zoom to best fit, Use mouse wheel to zoom"},
+    {19, L"Open Image (Ctrl+O)"},
+    {20, L"Save Image As (Ctrl+S)"},
+    {21, L"Denoise Current Image"},
+    {22, L"Zoom In (+)"},
+    {23, L"Zoom Out (-)"},
+    {24, L"Zoom Image to Fit the Window"},
+    {27, L"Report"},
+    {29, L"Error"},
+    {30, L"Image format not supported!"},
+    {31, L"About"},
+    {32, L"Medium;(normal)"},
+    {33, L"N/A"},
+    {34,
+     L"Click and drag to move image or preview rectangle, Right-click for comparison between original "
+     L"and denoised image"},
+    {35, L"Low;(fastest)"},
+    {36, L"Superior;(slowest)"},
+    {37, L"Denoising wizard - Preview - Step 1"},
+    {38, L"Denoise"},
+    {39, L"Denoising wizard - Sharpening - Step 2"},
+    {40, L"Next >>"},
+    {41, L"Denoising wizard - Mixing Cans - Step 3"},
+    {42, L"Finish"},
+    {43, L"Abort"},
+    {44,
+     L"Click and drag to move image, Double click to zoom to best fit, Use mouse wheel to zoom, "
+     L"Right-click for comparison between original and modified image"},
+    {45, L"Strength:"},
+    {46, L"Set sharpening strength for unsharp mask to improve the image impression"},
+    {47, L"Intensity:"},
+    {50, L"Jpeg Quality:"},
+    {51, L"Highest"},
+    {52, L"High"},
+    {53, L"Medium"},
+    {54, L"Low"},
+    {55, L"Open..."},
+    {56, L"Save As..."},
+    {57, L"Options"},
+    {58, L"Select language:"},
+    {59, L"OK"},
+    {60, L"Cancel"},
+    {61, L"Use hardware acceleration"},
+    {62, L"Use advanced denosing"},
+    {63, L"Information"},
+    {64, L"You have to restart application to affect the language change!"},
+    {65, L"<< Previous"},
+    {66, L"Set Default"},
+    {67, L"Denoising strength:"},
+    {68, L"Quality:"},
+    {69, L"Process per component ;(slows down the processing)"},
+    {70, L"Use mixing cans for blending denoised and original image according to image intensity"},
+    {71, L"Select folder to denoise"},
+    {72, L"Batch denoising options"},
+    {73, L"Batch Denoising"},
+    {74, L"Estimated time"},
+    {75, L"Elapsed time"},
+    {79, L"Denoising wizard - Preview"},
+    {81, L"Warning"},
+    {82, L"Denoising strength(chromacity):"},
+    {83, L"Set Zoom 100%"},
+    {84, L"Set Zoom"},
+    {85,
+     L"The application crashed last time. It's probably caused by low memory or by big size of photo "
+     L"you tried to denoise. Please crop the image and denoise the image again."},
+    {86, L"Mix only image intensity and let image chromacity unmixed"},
+    {87, L"All"},
+    {88,
+     L"Batch denoising was successfully finished! You can find denoised images in subfolder named "
+     L"denoised in chosen folder."},
+    {89, L"Windows GDI+ error appeared, image will be saved without EXIF metadata."},
+    {90, L"Windows GDI+ error appeared, image cannot be saved."},
+    {101, L"Noise ratio:"},
+    {102, L"Noise amplitude might be different in dark/light parts of the image."},
+    {103, L"Correction of extra large chromatic spots."},
+    {104, L"Strength:"},
+    {105, L"Sharpening Tool"},
+    {106, L"Level of Details 1"},
+    {107, L"Level of Details 2"},
+    {108, L"Level of Details 3"},
+    {109, L"Denoise Image Fast..."},
+    {110, L"Denoise Current Image Fast"},
+    {111, L"CPU+GPU Fusion"},
+    {112, L"Pure GPU"},
+    {116, L"Strength - Intensity:"},
+    {117, L"Strength - Chromacity:"},
+    {118, L"Strength - Chromacity Large:"},
+    {119, L"Noise domination (dark - light):"},
+    {120, L"Parameters Setting"},
+    {121, L"Profile:"},
+    {122, L"Basic parameters"},
+    {123, L"Save As..."},
+    {124, L"Remove"},
+    {125, L"Advanced parameters(optional)"},
+    {126, L"Sharpening parameters"},
+    {127, L"Tiny Details"},
+    {128, L"Medium Details"},
+    {129, L"Rough Details"},
+    {130, L"Camera:"},
+    {131, L"Image Info"},
+    {132, L"Maker:"},
+    {133, L"Type:"},
+    {134, L"FNumber:"},
+    {135, L"Exposure:"},
+    {136, L"Captured:"},
+    {137, L"Do you want to delete all settings for current camera?"},
+    {138, L"Yes - delete all setting for current camera"},
+    {139, L"No - delete only setting for current camera and current ISO"},
+    {140, L"Cancel - cancel operation"},
+    {141, L"Cannot delete selected setting"},
+    {142, L"Adding Configuration"},
+    {143,
+     L"The application will use existing profiles for denoising. If it does't find any setting "
+     L"corresponding to EXIF metadata, if will use parameters from:\n\n <<Unknown Camera>>   Lowest "
+     L"ISO setting."},
+    {144, L"Redefine"},
+    {145, L"Save Manual Setting..."},
+    {146, L"Delete Current Setting..."},
+    {147, L"Manual tunning"},
+    {148, L"Resolution:"},
+    {149, L"Show / Hide"},
+    {150, L"Use heavy point based artefacts reduction"},
+    {151, L"None (Recommended)"},
+    {152, L"Common"},
+    {153, L"Strong"},
+}};
+
+// Texts that came later, in ascending order from kFirstOwnText on. A new row needs nothing else; a
+// translation may leave it out.
+constexpr std::array<TextRow, 2> kOwnTexts{{
+    {161, L"Skipped:"},
+    {162, L"Failed:"},
+}};
+
+constexpr bool Ascending(std::span<const TextRow> rows, int first, int last) {
+  int before = first - 1;
+  for (const TextRow& row : rows) {
+    if (row.number <= before || row.number > last) return false;
+    before = row.number;
+  }
+  return true;
+}
+static_assert(Ascending(kTexts, 1, kFirstOwnText - 1) && Ascending(kOwnTexts, kFirstOwnText, kLastText));
+
+}  // namespace
+
+std::span<const TextRow> TextTable() {
+  return kTexts;
+}
+
+std::span<const TextRow> OwnTextTable() {
+  return kOwnTexts;
+}
+
+const wchar_t* EnglishText(int number) {
+  const std::span<const TextRow> rows = number < kFirstOwnText ? TextTable() : OwnTextTable();
+  const auto* const end = rows.data() + rows.size();
+  const auto* const found = std::lower_bound(
+      rows.data(), end, number, [](const TextRow& row, int wanted) { return row.number < wanted; });
+  return found != end && found->number == number ? found->english : L"";
+}
+
+}  // namespace mirellon::settings
