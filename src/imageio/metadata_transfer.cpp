@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string_view>
 #include <system_error>
+#include <vector>
 
 #include "base/child_process.h"
 #include "base/file_descriptor.h"
@@ -59,9 +60,16 @@ std::string WarningOf(const ChildResult& result) {
 // A second name for the encoded picture, for the tool to work on: it puts a new file in that name's place,
 // and the picture itself stays for the case that it goes wrong.
 bool MakeSecondName(const fs::path& workFile, const fs::path& second, std::error_code& error) {
+  fs::remove(second, error);
   fs::create_hard_link(workFile, second, error);
   if (error) fs::copy_file(workFile, second, error);
   return !error;
+}
+
+ChildResult RunAlone(const fs::path& folder, const std::string& name, const base::RunControl* control) {
+  std::vector<std::string> arguments = CopyArguments(kSourceName, name);
+  arguments.insert(arguments.begin(), "exiftool");
+  return base::RunChild(arguments, folder, control);
 }
 
 // The tool may add to a file, but takes nothing of weight away.
@@ -104,7 +112,7 @@ class WorkCopy {
 }  // namespace
 
 std::string CopyMetadata(const fs::path& source, const fs::path& workFile, FREE_IMAGE_FORMAT format,
-                         const base::RunControl* control) {
+                         const base::RunControl* control, MetadataTool* tool) {
   if (format == FIF_BMP) return std::string(kNotCopied) + "BMP files cannot hold any";
   std::error_code error;
   const fs::path folder = workFile.parent_path();
@@ -114,9 +122,16 @@ std::string CopyMetadata(const fs::path& source, const fs::path& workFile, FREE_
   WorkCopy copy(workFile, format);
   if (!copy.Make(error)) return kNotCopied + error.message();
 
-  const base::ChildResult result = base::RunChild({"exiftool", "-q", "-overwrite_original", "-tagsfromfile",
-                                                   kSourceName, "-all:all", "-icc_profile", copy.name()},
-                                                  folder, control);
+  ChildResult result;
+  if (tool != nullptr) {
+    result = tool->Copy(folder, kSourceName, copy.name(), control);
+    if (result.end == ChildResult::End::kUnknown) {  // which may have left it half changed
+      fs::remove(folder / copy.name(), error);
+      copy = WorkCopy(workFile, format);
+      if (!copy.Make(error)) return kNotCopied + error.message();
+    }
+  }
+  if (result.end == ChildResult::End::kUnknown) result = RunAlone(folder, copy.name(), control);
   std::string warning = WarningOf(result);
   if (!warning.empty()) return warning;
   if (copy.Finish()) return std::string(kNotCopied) + "exiftool left a damaged file";

@@ -83,7 +83,7 @@ void AddMetadata(const std::filesystem::path& target, const std::filesystem::pat
   if (report.written != target) {
     warning = "the metadata was not copied: the picture is a TIFF file under another name than the one given";
   } else {
-    warning = CopyMetadata(source, file.workPath(), format, options.control);
+    warning = CopyMetadata(source, file.workPath(), format, options.control, options.tool);
   }
   if (!warning.empty()) report.warnings.push_back(std::move(warning));
 }

@@ -8,6 +8,7 @@
 
 #include "base/run_control.h"
 #include "imageio/document.h"
+#include "imageio/metadata_tool.h"
 
 struct FIBITMAP;
 
@@ -32,6 +33,7 @@ struct SaveOptions {
   // Where the settings live (base::ApplicationDataFolder()); empty: none are read (quality 85) or written.
   std::filesystem::path applicationData = {};
   const base::RunControl* control = nullptr;  // null: cannot be aborted
+  MetadataTool* tool = nullptr;               // null: the metadata's tool is started for this save alone
 };
 
 // What happened, for whoever composes a message; `cause` and `warnings` are English, without the target's

@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -46,15 +47,24 @@ void MakeSource(const fs::path& path) {
   ASSERT_EQ(result.status, 0) << result.output;
 }
 
-SaveReport Save(const PicBuf& picture, const fs::path& target, const fs::path& source,
-                const base::RunControl* control = nullptr) {
-  SaveReport report;
-  const bool failed = WriteImageFile(picture, target, source, 85, {.control = control}, &report);
-  EXPECT_EQ(failed, report.status != SaveStatus::kSaved);
-  return report;
-}
+// Every case with the tool started for each picture, and with one that stays.
+class MetadataTransferTest : public ::testing::TestWithParam<bool> {
+ protected:
+  SaveReport Save(const PicBuf& picture, const fs::path& target, const fs::path& source,
+                  const base::RunControl* control = nullptr) {
+    SaveReport report;
+    const SaveOptions options{.control = control, .tool = GetParam() ? tool_.get() : nullptr};
+    const bool failed = WriteImageFile(picture, target, source, 85, options, &report);
+    EXPECT_EQ(failed, report.status != SaveStatus::kSaved);
+    return report;
+  }
+  SaveReport SaveWithTool(const std::string& script, const PicBuf& picture, const fs::path& target,
+                          const base::RunControl* control = nullptr);
 
-TEST(MetadataTransferTest, TagsAndProfileArriveUnderAnyName) {
+  std::unique_ptr<MetadataTool> tool_ = std::make_unique<MetadataTool>();
+};
+
+TEST_P(MetadataTransferTest, TagsAndProfileArriveUnderAnyName) {
   if (Exiftool({"-ver"}).error != 0) GTEST_SKIP() << "exiftool is not installed";
   const test::TemporaryFolder folder;
   const fs::path source = folder / "-%d '\"$HOME`id`\n@x\xFF.source.jpg";
@@ -78,7 +88,7 @@ TEST(MetadataTransferTest, TagsAndProfileArriveUnderAnyName) {
   EXPECT_EQ(test::ReadBytes(source), before);
 }
 
-TEST(MetadataTransferTest, ASourceWithoutTagsIsNoFault) {
+TEST_P(MetadataTransferTest, ASourceWithoutTagsIsNoFault) {
   if (Exiftool({"-ver"}).error != 0) GTEST_SKIP() << "exiftool is not installed";
   const test::TemporaryFolder folder;
   const PicBuf picture = test::RandomPicture(9, 7, 3, 8, 1);
@@ -94,8 +104,8 @@ TEST(MetadataTransferTest, ASourceWithoutTagsIsNoFault) {
 }
 
 // Saves with a program of ours in the tool's place; an empty script: with none.
-SaveReport SaveWithTool(const std::string& script, const PicBuf& picture, const fs::path& target,
-                        const base::RunControl* control = nullptr) {
+SaveReport MetadataTransferTest::SaveWithTool(const std::string& script, const PicBuf& picture,
+                                              const fs::path& target, const base::RunControl* control) {
   const test::TemporaryFolder folder;
   const char* const path = std::getenv("PATH");
   const std::string before = path == nullptr ? "" : path;
@@ -105,12 +115,13 @@ SaveReport SaveWithTool(const std::string& script, const PicBuf& picture, const 
     chmod((folder / "exiftool").c_str(), 0700);
   }
   setenv("PATH", folder.path().c_str(), 1);
+  tool_ = std::make_unique<MetadataTool>();
   SaveReport report = Save(picture, target, folder / "source.jpg", control);
   setenv("PATH", before.c_str(), 1);
   return report;
 }
 
-TEST(MetadataTransferTest, AFaultOfTheToolCostsOnlyTheMetadata) {
+TEST_P(MetadataTransferTest, AFaultOfTheToolCostsOnlyTheMetadata) {
   const test::TemporaryFolder folder;
   const PicBuf picture = test::RandomPicture(9, 7, 3, 8, 1);
   const std::string start = "the metadata was not copied: ";
@@ -136,13 +147,32 @@ TEST(MetadataTransferTest, AFaultOfTheToolCostsOnlyTheMetadata) {
 
 base::RunControl stopped;
 
-TEST(MetadataTransferTest, AnAbortRequestStopsTheTool) {
+TEST_P(MetadataTransferTest, AnAbortRequestStopsTheTool) {
   const test::TemporaryFolder folder;
+  stopped.ClearAbort();
   std::signal(SIGUSR1, [](int) { stopped.RequestAbort(); });
   const SaveReport report = SaveWithTool("kill -USR1 $PPID; sleep 100", test::RandomPicture(9, 7, 3, 8, 1),
                                          folder / "a.png", &stopped);
   EXPECT_EQ(report.status, SaveStatus::kAborted);
   EXPECT_TRUE(fs::is_empty(folder.path()));
+}
+
+INSTANTIATE_TEST_SUITE_P(AloneAndKept, MetadataTransferTest, ::testing::Bool());
+
+TEST(MetadataToolTest, FilesAreThoseOfAToolStartedAlone) {
+  if (Exiftool({"-ver"}).error != 0) GTEST_SKIP() << "exiftool is not installed";
+  const test::TemporaryFolder folder;
+  MakeSource(folder / "source.jpg");
+  MetadataTool tool;
+  for (const char* name : {"1.jpg", "2.png", "3.tif", "4.jpg"}) {
+    const PicBuf picture = test::RandomPicture(30, 20, 3, 8, 1);
+    for (const char* way : {"alone", "kept"}) {
+      fs::create_directory(folder / way);
+      const SaveOptions options{.tool = way == std::string("kept") ? &tool : nullptr};
+      ASSERT_FALSE(WriteImageFile(picture, folder / way / name, folder / "source.jpg", 85, options));
+    }
+    EXPECT_TRUE(test::ReadBytes(folder / "alone" / name) == test::ReadBytes(folder / "kept" / name)) << name;
+  }
 }
 
 }  // namespace mirellon::imageio
