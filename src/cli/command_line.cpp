@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "cli/batch_command.h"
 #include "cli/denoise_command.h"
 #include "cli/diagnostics.h"
 #include "cli/info_command.h"
@@ -23,8 +24,9 @@ struct Command {
   ExitStatus (*run)(std::span<const char* const> args, Shell& shell);
 };
 
-constexpr std::array<Command, 3> kCommands{{
+constexpr std::array<Command, 4> kCommands{{
     {"denoise", "denoise INPUT OUTPUT [options]", "Remove the noise of one photograph", RunDenoise},
+    {"batch", "batch FOLDER [options]", "Remove the noise of all photographs of a folder tree", RunBatch},
     {"info", "info INPUT [--json]", "Tell what is known about a photograph", RunInfo},
     {"profiles", "profiles ACTION ...", "Keep sets of values for cameras and ISO speeds", RunProfiles},
 }};

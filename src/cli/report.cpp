@@ -2,58 +2,17 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <string_view>
 
-#include <nlohmann/json.hpp>
-
 #include "base/text.h"
+#include "cli/json_parts.h"
 #include "cli/parameter_options.h"
 
 namespace mirellon::cli {
 
 namespace {
-
-// Keys in the order in which they were set.
-using Json = nlohmann::ordered_json;
-
-void SetName(Json& object, const std::string& key, const std::filesystem::path& name) {
-  const std::string& bytes = name.native();
-  // Malformed bytes become U+FFFD here; well-formed names come back unchanged.
-  object[key] = base::Utf8FromWide(base::WideFromUtf8(bytes));
-  if (!base::IsValidUtf8(bytes)) object[key + "Base64"] = Base64(bytes);
-}
-
-void SetGeometry(Json& object, const Geometry& geometry) {
-  object["width"] = geometry.width;
-  object["height"] = geometry.height;
-  object["components"] = geometry.components;
-  object["bits"] = geometry.bits;
-}
-
-Json ParametersJson(const engine::DenoiseParameters& parameters) {
-  Json object;
-  for (const ParameterOption& row : kParameterOptions) object[row.key] = parameters.*row.value;
-  object[kArtefactsKey] = parameters.m_iUseMedian;
-  return object;
-}
-
-// Microseconds are as fine as anybody will believe.
-double Rounded(double milliseconds) {
-  return std::round(milliseconds * 1000.0) / 1000.0;
-}
-
-Json TimingJson(const Timing& timing) {
-  Json object;
-  object["load"] = Rounded(timing.load);
-  object["denoise"] = Rounded(timing.denoise);
-  object["sharpen"] = Rounded(timing.sharpen);
-  object["save"] = Rounded(timing.save);
-  object["total"] = Rounded(timing.total);
-  return object;
-}
 
 Json ExifJson(const imageio::ExifSummary& exif) {
   Json object;
@@ -82,10 +41,6 @@ std::string ProfileText(const ProfileReport& profile) {
   if (!profile.camera) return "none";
   return base::Utf8FromWide(*profile.camera) + ", ISO " + std::to_string(profile.iso) + " (" + profile.rule +
          ")";
-}
-
-void Print(std::ostream& out, const Json& object) {
-  out << object.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
 }
 
 std::string Decimals(double value) {
@@ -124,7 +79,7 @@ void PrintJson(std::ostream& out, const DenoiseReport& report) {
   object["threads"] = report.threads;
   object["warnings"] = report.warnings;
   object["ms"] = TimingJson(report.milliseconds);
-  Print(out, object);
+  Print(out, object, JsonLayout::kLines);
 }
 
 void PrintJson(std::ostream& out, const InfoReport& report) {
@@ -139,7 +94,7 @@ void PrintJson(std::ostream& out, const InfoReport& report) {
   object["profile"] = ProfileJson(report.profile);
   object["profile"]["rule"] = report.profile.rule;
   object["batchProfile"] = ProfileJson(report.batchProfile);
-  Print(out, object);
+  Print(out, object, JsonLayout::kLines);
 }
 
 void PrintText(std::ostream& out, const InfoReport& report) {

@@ -3,7 +3,7 @@
 
 #include <filesystem>
 #include <functional>
-#include <ostream>
+#include <iostream>
 #include <string>
 #include <vector>
 
@@ -23,6 +23,7 @@ struct Shell {
   bool errIsTerminal = false;
   std::function<int()> columns = [] { return 80; };  // the width of the terminal behind `err`
   std::function<int()> caughtSignal = [] { return 0; };
+  std::istream& in = std::cin;  // lists of names
 };
 
 }  // namespace mirellon::cli

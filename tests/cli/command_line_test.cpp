@@ -55,7 +55,7 @@ class CommandLineTest : public ::testing::Test {
 TEST_F(CommandLineTest, WrongUsageIsOneLineAndGivesTwo) {
   const std::vector<std::pair<std::vector<std::string>, const char*>> cases = {
       {{}, "no command given; see 'mirellon-cli --help'"},
-      {{"batch", "."}, "'batch': unknown command; see 'mirellon-cli --help'"},
+      {{"polish", "."}, "'polish': unknown command; see 'mirellon-cli --help'"},
       {{"--json"}, "'--json': unknown option; see 'mirellon-cli --help'"},
       {{"new\nline"}, "'new?line': unknown command; see 'mirellon-cli --help'"},
       {{"denoise", "a", "b", "--strength", "60"}, "--strength: 60 is not between 0 and 50"},
@@ -68,8 +68,8 @@ TEST_F(CommandLineTest, WrongUsageIsOneLineAndGivesTwo) {
 }
 
 TEST_F(CommandLineTest, HelpAndVersionAreResults) {
-  const std::vector<std::string> cases[] = {
-      {"--help"}, {"-h"}, {"denoise", "--help"}, {"info", "-h"}, {"--version"}};
+  const std::vector<std::string> cases[] = {{"--help"},     {"-h"},          {"denoise", "--help"},
+                                            {"info", "-h"}, {"batch", "-h"}, {"--version"}};
   for (const auto& arguments : cases) {
     EXPECT_EQ(Run(arguments), ExitStatus::kDone);
     EXPECT_NE(out_.str().find("mirellon-cli"), std::string::npos);

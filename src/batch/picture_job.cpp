@@ -1,0 +1,257 @@
+#include "batch/picture_job.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <system_error>
+#include <utility>
+
+#include "base/checked_file.h"
+#include "batch/count_images.h"
+#include "engine/detail_pyramid.h"
+#include "engine/whole_picture.h"
+#include "imageio/load_image.h"
+#include "profiles/slider_math.h"
+
+namespace mirellon::batch {
+
+namespace {
+
+namespace fs = std::filesystem;
+using imageio::LoadStatus;
+
+constexpr int kLeastSide = 16;  // pixels
+constexpr int kLeastDepth = 8;  // bits
+constexpr int kLargestDepth = 16;
+
+class Stopwatch {
+ public:
+  // Milliseconds since the last call, or since birth.
+  double Lap() {
+    const auto now = std::chrono::steady_clock::now();
+    const std::chrono::duration<double, std::milli> passed = now - last_;
+    last_ = now;
+    return passed.count();
+  }
+
+ private:
+  std::chrono::steady_clock::time_point last_ = std::chrono::steady_clock::now();
+};
+
+bool IsNamedAsPhotograph(const fs::path& file) {
+  const std::string extension = file.extension().string();
+  return HasCountedExtension(file.native()) || extension == ".jpeg" || extension == ".tiff";
+}
+
+// What does not load is no photograph, one of a kind that is refused, or one that should have loaded.
+EntryEnd EndOf(LoadStatus status, bool photograph) {
+  const bool broken = status == LoadStatus::kDamaged || status == LoadStatus::kUnreadable ||
+                      status == LoadStatus::kOutOfMemory;
+  return broken && photograph ? EntryEnd::kFailed : EntryEnd::kSkipped;
+}
+
+bool IsPhotograph(LoadStatus status, const fs::path& file) {
+  const bool known = status == LoadStatus::kLoaded || status == LoadStatus::kDamaged ||
+                     status == LoadStatus::kUnsupportedKind || status == LoadStatus::kTooLarge ||
+                     status == LoadStatus::kOutOfMemory;
+  return known || IsNamedAsPhotograph(file);
+}
+
+bool IsLink(const fs::path& path) {
+  std::error_code ignored;
+  return fs::is_symlink(fs::symlink_status(path, ignored));
+}
+
+class PictureJob {
+ public:
+  PictureJob(BatchState& state, const fs::path& file, BatchObserver& observer, EntryReport& report)
+      : state_(state), file_(file), observer_(observer), report_(report) {
+    report_ = {};
+    report_.input = file;
+    folder_ = file.parent_path() / kResultFolder;
+    target_ = folder_ / file.filename();
+    saving_.jpegQuality = state.options.jpegQuality;
+    saving_.metadata = state.options.metadata;
+    saving_.applicationData = state.options.applicationData;
+    saving_.control = &state.engine.control;
+    saving_.tool = &state.tool;
+  }
+
+  JobEnd Run() {
+    observer_.EntryStarted(file_);
+    if (Load()) return End(false);
+    if (TooSmall()) return End(true);
+    ChooseParameters();
+    if (state_.options.dryRun) {
+      report_.output = imageio::WrittenName(target_);
+      return End(true);
+    }
+    if (FolderRefused()) return WithoutFolder();
+    if (Refused()) return End(true);
+    Denoise();
+    Sharpen();
+    if (Aborted()) return JobEnd::kAborted;
+    if (MakeFolder()) return WithoutFolder();
+    Save();
+    return Aborted() && report_.end != EntryEnd::kDone ? JobEnd::kAborted : End(true);
+  }
+
+ private:
+  [[nodiscard]] bool Aborted() const { return state_.engine.control.Aborted(); }
+
+  JobEnd End(bool imageDone) {
+    observer_.EntryEnded(report_);
+    if (imageDone) observer_.ImageDone();
+    return JobEnd::kReported;
+  }
+
+  bool Conclude(EntryEnd end, std::string cause) {
+    report_.end = end;
+    report_.cause = std::move(cause);
+    return true;
+  }
+
+  // True = not loaded.
+  bool Load() {
+    imageio::LoadReport loaded;
+    fs::path path = file_;
+    const bool failed = imageio::LoadImageFile(document_, path, /*quiet=*/true, &loaded);
+    report_.milliseconds.load = watch_.Lap();
+    report_.photograph = IsPhotograph(loaded.status, file_);
+    if (failed) return Conclude(EndOf(loaded.status, report_.photograph), std::move(loaded.cause));
+    const picture::PicBuf& source = document_.source;
+    report_.width = source->width;
+    report_.height = source->height;
+    report_.components = source->components;
+    report_.bits = source->bitsPerComponent;
+    if (!loaded.warning.empty()) report_.warnings.push_back(std::move(loaded.warning));
+    return false;
+  }
+
+  bool TooSmall() {
+    const picture::PicBuf& source = document_.source;
+    const int bits = source->bitsPerComponent;
+    if (std::min(source->width, source->height) < kLeastSide) {
+      return Conclude(EntryEnd::kSkipped, "smaller than 16 pixels");
+    }
+    if (bits < kLeastDepth || bits > kLargestDepth) return Conclude(EntryEnd::kSkipped, "unsupported depth");
+    return false;
+  }
+
+  void ChooseParameters() {
+    const imageio::ExifSummary& exif = document_.exif;
+    report_.profile = profiles::SelectProfileForBatch(state_.store, {exif.make, exif.model, exif.iso});
+    if (report_.profile.parameters != nullptr) {
+      state_.parameters = *report_.profile.parameters;
+      report_.camera = state_.store.cameras()[report_.profile.camera].name;
+    }
+    report_.parameters = state_.parameters;
+    for (double* strength : {&report_.parameters.m_dStrength, &report_.parameters.m_dStrengthChroma,
+                             &report_.parameters.m_dStrengthChromaLarge}) {
+      *strength = profiles::RunStrength(*strength);
+    }
+  }
+
+  // What speaks against the result is found before the work, not after it. True = something does.
+  bool FolderRefused() {
+    const int error = fs::exists(folder_, error_) ? 0 : base::CheckWritable(folder_);
+    return error != 0 && CannotMakeFolder(error);
+  }
+
+  bool Refused() {
+    report_.output = imageio::WrittenName(target_);
+    const std::optional<FileIdentity> folder = IdentityOf(folder_);
+    if (folder && state_.sources.contains(*folder)) {
+      return Conclude(EntryEnd::kFailed, "'denoised' leads to a folder of photographs");
+    }
+    if (IsLink(report_.output)) return Conclude(EntryEnd::kFailed, "the result's name is taken by a link");
+    if (report_.output != target_ && fs::exists(file_.parent_path() / report_.output.filename(), error_)) {
+      report_.warnings.emplace_back(
+          "the result has the name of another photograph's, and one replaces the other");
+    }
+    if (!folder) return false;  // it will be made
+    imageio::SaveReport checked = imageio::CheckTarget(document_.source, target_, file_, saving_);
+    return checked.status != imageio::SaveStatus::kSaved &&
+           Conclude(EntryEnd::kFailed, std::move(checked.cause));
+  }
+
+  void Denoise() {
+    const engine::DenoiseParameters& parameters = report_.parameters;
+    engine::DenoiseRequest request;
+    request.destination = &document_.result.record();
+    request.source = &document_.source.record();
+    request.strength = parameters.m_dStrength;
+    request.strengthChroma = parameters.m_dStrengthChroma;
+    request.strengthChromaLarge = parameters.m_dStrengthChromaLarge;
+    request.quality = state_.options.quality;
+    request.dynamics = parameters.m_dDynamics;
+    request.progressWindow = observer_.PictureProgress();
+    request.useGpu = state_.options.useGpu;
+    request.threads = state_.engine.processorCount;
+    request.pointArtefactMode = parameters.m_iUseMedian;
+    // It gets ready while the picture is denoised.
+    if (state_.options.metadata) state_.tool.Prepare();
+    watch_.Lap();
+    (void)engine::DenoiseWholePicture(state_.engine, request, state_.options.fusion);
+    report_.milliseconds.denoise = watch_.Lap();
+    document_.source = picture::PicBuf();  // its memory is wanted now
+  }
+
+  // Grey is sharpened as grey: what colour would come to, component by component, and back.
+  void Sharpen() {
+    if (Aborted() || document_.result.empty()) return;
+    const engine::DenoiseParameters& parameters = report_.parameters;
+    const bool failed = engine::SharpenPicture(document_.result, parameters.m_dSharp1, parameters.m_dSharp2,
+                                               parameters.m_dSharp3);
+    if (failed) report_.warnings.emplace_back("not sharpened: not enough memory");
+    report_.milliseconds.sharpen = watch_.Lap();
+  }
+
+  // True = failed.
+  bool MakeFolder() {
+    if (document_.result.empty() || fs::exists(folder_, error_)) return false;
+    if (fs::create_directory(folder_, error_)) return false;
+    return CannotMakeFolder(error_ ? error_.value() : EEXIST);
+  }
+
+  bool CannotMakeFolder(int error) {
+    return Conclude(EntryEnd::kFailed, "the folder 'denoised' cannot be made: " + base::ErrorText(error));
+  }
+
+  JobEnd WithoutFolder() {
+    if (!state_.options.endWithoutOutputFolder) return End(true);
+    observer_.EntryEnded(report_);
+    return JobEnd::kNoOutputFolder;
+  }
+
+  void Save() {
+    imageio::SaveReport saved;
+    fs::path path = target_;
+    watch_.Lap();
+    const bool failed = imageio::SaveImageAs(document_, path, saving_, &saved);
+    report_.milliseconds.save = watch_.Lap();
+    for (std::string& warning : saved.warnings) report_.warnings.push_back(std::move(warning));
+    if (saved.status == imageio::SaveStatus::kNoPicture) saved.cause = "not enough memory";
+    if (failed) (void)Conclude(EntryEnd::kFailed, std::move(saved.cause));
+    if (!failed) report_.output = saved.written;
+  }
+
+  BatchState& state_;
+  const fs::path& file_;
+  BatchObserver& observer_;
+  EntryReport& report_;
+  fs::path folder_;
+  fs::path target_;
+  imageio::Document document_;
+  imageio::SaveOptions saving_;
+  Stopwatch watch_;
+  std::error_code error_;
+};
+
+}  // namespace
+
+JobEnd ProcessPicture(BatchState& state, const fs::path& file, BatchObserver& observer, EntryReport& report) {
+  return PictureJob(state, file, observer, report).Run();
+}
+
+}  // namespace mirellon::batch
