@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <ctime>
 #include <sstream>
 #include <string>
 
@@ -109,10 +110,10 @@ double MeasureKernel() {
   settings.quality = 3;
   double least = 1e300;
   for (int trial = 0; trial < 3; ++trial) {
-    const auto start = std::chrono::steady_clock::now();
+    // The processor's time: on a machine with other work the clock's says nothing of the kernel.
+    const std::clock_t start = std::clock();
     if (engine::DenoisePlane(context, result, source, settings) != 0) return 0.0;
-    const std::chrono::duration<double, std::nano> passed = std::chrono::steady_clock::now() - start;
-    least = std::min(least, passed.count());
+    least = std::min(least, 1e9 * static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);
   }
   return least / kKernelSide / kKernelSide / (engine::DisplacementCount(3) - 1);
 }
