@@ -112,6 +112,13 @@ bool DenoiseSideBySide(EngineContext& context, const RunPlan& plan, const std::v
   return !refused;
 }
 
+// As many tiles side by side as give every thread the same number; all threads share each of the rest, unless
+// the rest keeps nearly all of them busy with one each.
+std::size_t TilesSideBySide(std::size_t tiles, std::size_t threads) {
+  const std::size_t rest = tiles % threads;
+  return 4 * rest >= 3 * threads ? tiles : tiles - rest;
+}
+
 // False when memory was refused.
 bool DenoiseTiled(EngineContext& context, const RunPlan& plan) {
   SBxPicBuf& source = *plan.request.source;
@@ -127,8 +134,8 @@ bool DenoiseTiled(EngineContext& context, const RunPlan& plan) {
                 plan.request.colour ? count * plan.range : count * plan.steps / 2);
   CBxPicBufAPI::ReinitHeap(destination, source);
   if (destination.samples == nullptr) return false;
-  // As many tiles side by side as give every thread the same number; all threads share each of the rest.
-  const std::size_t sideBySide = plan.request.useGpu ? 0 : tiles.size() - tiles.size() % plan.request.threads;
+  const std::size_t sideBySide =
+      plan.request.useGpu ? 0 : TilesSideBySide(tiles.size(), plan.request.threads);
   if (!DenoiseSideBySide(context, plan, tiles, sideBySide)) return false;
   return std::all_of(tiles.begin() + static_cast<std::ptrdiff_t>(sideBySide), tiles.end(),
                      [&](const Tile& tile) { return FinishTile(context, plan, tile); });
