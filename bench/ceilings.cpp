@@ -12,6 +12,7 @@
 #include "bench_pictures.h"
 #include "engine/denoise_plane.h"
 #include "engine/simd_target.h"
+#include "engine/similarity_band.h"
 #include "engine/similarity_kernel.h"
 #include "hwy/aligned_allocator.h"
 #include "kernel_steps.h"
@@ -47,6 +48,7 @@ class Storage {
     };
     const auto row16 = [&] { return reinterpret_cast<std::uint16_t*>(take(2 * kBlocks)); };
     data_.blocks = kBlocks;
+    data_.fusedProducts = engine::HasFusedProducts();
     data_.upper = take(2 * kBlocks);
     data_.lower = take(2 * kBlocks);
     data_.upper2 = take(2 * kBlocks) + 1;
@@ -59,7 +61,7 @@ class Storage {
     data_.distances = row16();
     data_.weights = row16();
     data_.pairs = reinterpret_cast<std::uint32_t*>(take(4 * kBlocks * kPairs));
-    data_.samples = reinterpret_cast<std::uint32_t*>(take(4 * std::size_t{2} * (2 * kBlocks + 64)));
+    data_.samples = reinterpret_cast<std::uint32_t*>(take(4 * std::size_t{4} * (kBlocks + 32)));
     data_.totals = reinterpret_cast<std::int32_t*>(take(4 * std::size_t{5} * kBlocks));
     for (std::ptrdiff_t b = 0; b < kBlocks; ++b) {
       data_.distances[b] = static_cast<std::uint16_t>(b * 29 % kTableEntries);

@@ -1,6 +1,7 @@
 #include "kernel_steps.h"
 
 #include <algorithm>
+#include <utility>
 
 // foreach_target.h includes this file again for every target, and must come first.
 // clang-format off
@@ -23,14 +24,25 @@ using D32i = hn::ScalableTag<std::int32_t>;
 
 void LookUpFromMemoryImpl(const StepData& data) {
   const std::uint16_t* HWY_RESTRICT table = data.table;
-  for (std::ptrdiff_t b = 0; b < data.blocks; b += 4) {
-    std::uint64_t distances = 0;
-    hwy::CopyBytes<sizeof distances>(data.distances + b, &distances);
-    std::uint64_t weights = table[distances & 0xFFFFU];
-    weights |= std::uint64_t{table[distances >> 16U & 0xFFFFU]} << 16U;
-    weights |= std::uint64_t{table[distances >> 32U & 0xFFFFU]} << 32U;
-    weights |= std::uint64_t{table[distances >> 48U]} << 48U;
-    hwy::CopyBytes<sizeof weights>(&weights, data.weights + b);
+  for (std::ptrdiff_t b = 0; b < data.blocks; b += 8) {
+    std::uint64_t distances[2] = {};
+    hwy::CopyBytes<sizeof distances>(data.distances + b, distances);
+    const auto at = [&](int i) {
+      return table[static_cast<std::uint16_t>(distances[i / 4] >> (16 * (i % 4)))];
+    };
+#if HWY_ARCH_X86
+    __m128i weights = _mm_cvtsi32_si128(at(0));
+    weights = _mm_insert_epi16(weights, at(1), 1);
+    weights = _mm_insert_epi16(weights, at(2), 2);
+    weights = _mm_insert_epi16(weights, at(3), 3);
+    weights = _mm_insert_epi16(weights, at(4), 4);
+    weights = _mm_insert_epi16(weights, at(5), 5);
+    weights = _mm_insert_epi16(weights, at(6), 6);
+    weights = _mm_insert_epi16(weights, at(7), 7);
+    _mm_store_si128(reinterpret_cast<__m128i*>(data.weights + b), weights);
+#else
+    for (int i = 0; i < 8; ++i) data.weights[b + i] = at(i);
+#endif
   }
 }
 
@@ -60,20 +72,16 @@ bool LookUpFromRegistersImpl(const StepData& /*data*/) {
 }
 
 void AccumulateImpl(const StepData& data) {
-  const std::ptrdiff_t pixels = 2 * data.blocks;
   for (std::ptrdiff_t k = 0; k < kPairs; ++k) {
     for (std::ptrdiff_t b = 0; b < data.blocks; ++b) {
       const std::uint32_t weight = data.pairs[k * data.blocks + b];
       const std::uint32_t first = weight & 0xFFFFU;
       const std::uint32_t second = weight >> 16U;
-      data.totals[2 * pixels + b] += static_cast<std::int32_t>(first + second);
-      for (std::ptrdiff_t x = 2 * b; x < 2 * b + 2; ++x) {
-        const std::uint32_t upper = data.samples[2 * k + x];
-        const std::uint32_t lower = data.samples[2 * k + x + pixels + 64];
-        data.totals[x] += static_cast<std::int32_t>(first * (upper & 0xFFFFU) + second * (upper >> 16U));
-        data.totals[x + pixels] +=
-            static_cast<std::int32_t>(first * (lower & 0xFFFFU) + second * (lower >> 16U));
+      for (std::ptrdiff_t i = 0; i < 4; ++i) {
+        const std::uint32_t pair = data.Samples(i)[b + k];
+        data.Totals(i)[b] += static_cast<std::int32_t>(first * (pair & 0xFFFFU) + second * (pair >> 16U));
       }
+      data.Totals(4)[b] += static_cast<std::int32_t>(first + second);
     }
   }
 }
@@ -99,15 +107,40 @@ void AbsoluteDifferencesImpl(const StepData& data) {
   const D8 d8;
   const D16 d16;
   const auto lanes = static_cast<std::ptrdiff_t>(hn::Lanes(d16));
-  const auto difference = [](auto a, auto b) {
-    return SumsOf2(hn::Or(hn::SaturatedSub(a, b), hn::SaturatedSub(b, a)));
-  };
+  const auto difference = [](auto a, auto b) { return SumsOf2(hn::Sub(hn::Max(a, b), hn::Min(a, b))); };
   for (std::ptrdiff_t b = 0; b < data.blocks; b += lanes) {
     const auto upper = difference(hn::Load(d8, data.upper + 2 * b), hn::LoadU(d8, data.upper2 + 2 * b));
     const auto lower = difference(hn::Load(d8, data.lower + 2 * b), hn::LoadU(d8, data.lower2 + 2 * b));
     hn::Store(hn::Add(upper, lower), d16, data.sums + b);
   }
 }
+
+#if HWY_TARGET <= HWY_AVX3
+
+// Neighbours from registers: unaligned loads of 64 bytes cross cache lines.
+void BoxSumsImpl(const StepData& data) {
+  HWY_ALIGN std::uint16_t order[64];
+  for (std::uint16_t i = 0; i < 32; ++i) {
+    order[i] = static_cast<std::uint16_t>(i + 1);
+    order[i + 32] = static_cast<std::uint16_t>(i + 2);
+  }
+  const __m512i oneOn = _mm512_load_si512(order);
+  const __m512i twoOn = _mm512_load_si512(order + 32);
+  const __m512i limit = _mm512_set1_epi16(kTableEntries - 1);
+  __m512i sums = _mm512_load_si512(data.sums);
+  for (std::ptrdiff_t b = 0; b < data.blocks; b += 32) {
+    const __m512i next = _mm512_load_si512(data.sums + b + 32);
+    const __m512i outer = _mm512_add_epi16(sums, _mm512_permutex2var_epi16(sums, twoOn, next));
+    const __m512i triple = _mm512_add_epi16(outer, _mm512_permutex2var_epi16(sums, oneOn, next));
+    sums = next;
+    _mm512_store_si512(data.newest + b, triple);
+    const __m512i others =
+        _mm512_add_epi16(_mm512_load_si512(data.oldest + b), _mm512_load_si512(data.middle + b));
+    _mm512_store_si512(data.distances + b, _mm512_min_epu16(_mm512_add_epi16(others, triple), limit));
+  }
+}
+
+#else
 
 void BoxSumsImpl(const StepData& data) {
   const D16 d16;
@@ -121,6 +154,8 @@ void BoxSumsImpl(const StepData& data) {
     hn::Store(hn::Min(hn::Add(others, triple), limit), d16, data.distances + b);
   }
 }
+
+#endif
 
 bool LookUpFromRegistersImpl(const StepData& data) {
 #if HWY_TARGET <= HWY_AVX3
@@ -144,6 +179,74 @@ bool LookUpFromRegistersImpl(const StepData& data) {
 #endif
 }
 
+#if HWY_TARGET <= HWY_AVX3
+
+template <bool kFused>
+HWY_INLINE __m512i AddProducts(__m512i sum, __m512i a, __m512i b) {
+  if constexpr (kFused) {
+    __asm__("vpdpwssd %2, %1, %0" : "+v"(sum) : "v"(a), "v"(b));  // NOLINT(hicpp-no-assembler)
+    return sum;
+  } else {
+    return _mm512_add_epi32(sum, _mm512_madd_epi16(a, b));
+  }
+}
+
+// One of a block's pixels: the samples of all pairs in two registers.
+struct Pixel {
+  __m512i lower;
+  __m512i upper;
+  __m512i sum;
+};
+
+template <bool kFused, int... k>
+HWY_INLINE void AddAllPairs(const std::uint32_t* pairs, std::ptrdiff_t stride, Pixel& p0, Pixel& p1,
+                            Pixel& p2, Pixel& p3, __m512i& weights,
+                            std::integer_sequence<int, k...> /*all*/) {
+  const auto add = [&](auto constant) HWY_ATTR {
+    constexpr int kPair = decltype(constant)::value;
+    const __m512i weight = _mm512_load_si512(pairs + kPair * stride);
+    p0.sum = AddProducts<kFused>(p0.sum, _mm512_alignr_epi32(p0.upper, p0.lower, kPair), weight);
+    p1.sum = AddProducts<kFused>(p1.sum, _mm512_alignr_epi32(p1.upper, p1.lower, kPair), weight);
+    p2.sum = AddProducts<kFused>(p2.sum, _mm512_alignr_epi32(p2.upper, p2.lower, kPair), weight);
+    p3.sum = AddProducts<kFused>(p3.sum, _mm512_alignr_epi32(p3.upper, p3.lower, kPair), weight);
+    weights = AddProducts<kFused>(weights, weight, _mm512_set1_epi16(1));
+  };
+  (add(std::integral_constant<int, k>()), ...);
+}
+
+template <bool kFused>
+void AccumulateFromRegisters(const StepData& data) {
+  for (std::ptrdiff_t b = 0; b < data.blocks; b += 16) {
+    const auto pixel = [&](std::ptrdiff_t i) HWY_ATTR -> Pixel {
+      const std::uint32_t* samples = data.Samples(i) + b;
+      return {_mm512_load_si512(samples), _mm512_load_si512(samples + 16),
+              _mm512_load_si512(data.Totals(i) + b)};
+    };
+    Pixel p0 = pixel(0);
+    Pixel p1 = pixel(1);
+    Pixel p2 = pixel(2);
+    Pixel p3 = pixel(3);
+    __m512i weights = _mm512_load_si512(data.Totals(4) + b);
+    AddAllPairs<kFused>(data.pairs + b, data.blocks, p0, p1, p2, p3, weights,
+                        std::make_integer_sequence<int, kPairs>());
+    _mm512_store_si512(data.Totals(0) + b, p0.sum);
+    _mm512_store_si512(data.Totals(1) + b, p1.sum);
+    _mm512_store_si512(data.Totals(2) + b, p2.sum);
+    _mm512_store_si512(data.Totals(3) + b, p3.sum);
+    _mm512_store_si512(data.Totals(4) + b, weights);
+  }
+}
+
+void AccumulateImpl(const StepData& data) {
+  if (data.fusedProducts) {
+    AccumulateFromRegisters<true>(data);
+  } else {
+    AccumulateFromRegisters<false>(data);
+  }
+}
+
+#else
+
 // Sums of neighbouring 16-bit products on top of `sum`.
 template <class V16, class V32>
 HWY_INLINE V32 AddProducts(V32 sum, V16 a, V16 b) {
@@ -153,53 +256,36 @@ HWY_INLINE V32 AddProducts(V32 sum, V16 a, V16 b) {
   return hn::RearrangeToOddPlusEven(even, odd);
 }
 
-template <int kUpper>
-HWY_INLINE auto TwiceEach() {
-  const D32 d32;
-  HWY_ALIGN std::int32_t indices[hn::MaxLanes(D32())];
-  const auto lanes = static_cast<std::int32_t>(hn::Lanes(d32));
-  for (std::int32_t i = 0; i < lanes; ++i) indices[i] = (kUpper * lanes + i) / 2;
-  return hn::SetTableIndices(d32, indices);
-}
-
 void AccumulateImpl(const StepData& data) {
   const D16i d16;
   const D32 d32;
   const D32i d32i;
   const auto lanes = static_cast<std::ptrdiff_t>(hn::Lanes(d32));
-  const std::ptrdiff_t pixels = 2 * data.blocks;
-  const auto lowerHalf = TwiceEach<0>();
-  const auto upperHalf = TwiceEach<1>();
   const auto ones = hn::Set(d16, 1);
   const auto load = [&](const std::uint32_t* from) { return hn::BitCast(d16, hn::LoadU(d32, from)); };
   for (std::ptrdiff_t b = 0; b < data.blocks; b += lanes) {
-    std::int32_t* upper = data.totals + 2 * b;
-    std::int32_t* lower = upper + pixels;
-    std::int32_t* weights = data.totals + 2 * pixels + b;
-    auto upper0 = hn::Load(d32i, upper);
-    auto upper1 = hn::Load(d32i, upper + lanes);
-    auto lower0 = hn::Load(d32i, lower);
-    auto lower1 = hn::Load(d32i, lower + lanes);
-    auto sum = hn::Load(d32i, weights);
+    auto sum0 = hn::Load(d32i, data.Totals(0) + b);
+    auto sum1 = hn::Load(d32i, data.Totals(1) + b);
+    auto sum2 = hn::Load(d32i, data.Totals(2) + b);
+    auto sum3 = hn::Load(d32i, data.Totals(3) + b);
+    auto weights = hn::Load(d32i, data.Totals(4) + b);
     for (std::ptrdiff_t k = 0; k < kPairs; ++k) {
-      const auto weight = hn::Load(d32, data.pairs + k * data.blocks + b);
-      const auto weight0 = hn::BitCast(d16, hn::TableLookupLanes(weight, lowerHalf));
-      const auto weight1 = hn::BitCast(d16, hn::TableLookupLanes(weight, upperHalf));
-      const std::uint32_t* above = data.samples + 2 * k + 2 * b;
-      const std::uint32_t* below = above + pixels + 64;
-      upper0 = AddProducts(upper0, load(above), weight0);
-      upper1 = AddProducts(upper1, load(above + lanes), weight1);
-      lower0 = AddProducts(lower0, load(below), weight0);
-      lower1 = AddProducts(lower1, load(below + lanes), weight1);
-      sum = AddProducts(sum, hn::BitCast(d16, weight), ones);
+      const auto weight = hn::BitCast(d16, hn::Load(d32, data.pairs + k * data.blocks + b));
+      sum0 = AddProducts(sum0, load(data.Samples(0) + b + k), weight);
+      sum1 = AddProducts(sum1, load(data.Samples(1) + b + k), weight);
+      sum2 = AddProducts(sum2, load(data.Samples(2) + b + k), weight);
+      sum3 = AddProducts(sum3, load(data.Samples(3) + b + k), weight);
+      weights = AddProducts(weights, weight, ones);
     }
-    hn::Store(upper0, d32i, upper);
-    hn::Store(upper1, d32i, upper + lanes);
-    hn::Store(lower0, d32i, lower);
-    hn::Store(lower1, d32i, lower + lanes);
-    hn::Store(sum, d32i, weights);
+    hn::Store(sum0, d32i, data.Totals(0) + b);
+    hn::Store(sum1, d32i, data.Totals(1) + b);
+    hn::Store(sum2, d32i, data.Totals(2) + b);
+    hn::Store(sum3, d32i, data.Totals(3) + b);
+    hn::Store(weights, d32i, data.Totals(4) + b);
   }
 }
+
+#endif  // HWY_TARGET <= HWY_AVX3
 
 #endif  // HWY_TARGET == HWY_SCALAR
 

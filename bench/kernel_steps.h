@@ -23,8 +23,14 @@ struct StepData {
   std::uint16_t* distances = nullptr;      // each below kTableEntries
   std::uint16_t* weights = nullptr;        //
   const std::uint32_t* pairs = nullptr;    // kPairs rows of weight pairs of two displacements, `blocks` apart
-  const std::uint32_t* samples = nullptr;  // 2 rows of sample pairs, 2 blocks + 64 apart
-  std::int32_t* totals = nullptr;          // 2 rows of pixels and one of blocks
+  const std::uint32_t* samples = nullptr;  // rows of sample pairs for each of a block's pixels
+  std::int32_t* totals = nullptr;          // rows of sums for each of them, and one for the weights
+  bool fusedProducts = false;              // whether one instruction may multiply and add
+
+  [[nodiscard]] const std::uint32_t* Samples(std::ptrdiff_t pixel) const {
+    return samples + pixel * (blocks + 32);
+  }
+  [[nodiscard]] std::int32_t* Totals(std::ptrdiff_t pixel) const { return totals + pixel * blocks; }
 };
 
 inline constexpr int kTableEntries = 256;  // a little more than what the default strength needs
