@@ -6,7 +6,7 @@
 // foreach_target.h includes this file again for every target, and must come first.
 // clang-format off
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "kernel_steps.cpp"
+#define HWY_TARGET_INCLUDE "bench/kernel_steps.cpp"
 #include "hwy/foreach_target.h"  // IWYU pragma: keep
 #include "hwy/highway.h"
 // clang-format on
