@@ -3,6 +3,9 @@
 #include <cstdlib>
 #include <system_error>
 
+#include <pwd.h>
+#include <unistd.h>
+
 namespace mirellon::base {
 
 namespace {
@@ -21,6 +24,10 @@ std::filesystem::path ApplicationDataFolder() {
   if (std::filesystem::path own = FromEnvironment("MIRELLON_CONFIG_HOME"); !own.empty()) return own;
   if (std::filesystem::path xdg = FromEnvironment("XDG_CONFIG_HOME"); xdg.is_absolute()) return xdg;
   if (std::filesystem::path home = FromEnvironment("HOME"); !home.empty()) return home / ".config";
+  // Job runners may start without it.
+  if (const passwd* user = getpwuid(getuid());
+      user != nullptr && user->pw_dir != nullptr && user->pw_dir[0] == '/')
+    return std::filesystem::path(user->pw_dir) / ".config";
   return ".";
 }
 

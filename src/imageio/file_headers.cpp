@@ -111,6 +111,11 @@ class TiffDirectory {
   }
 
   [[nodiscard]] const std::vector<TiffEntry>& entries() const { return entries_; }
+  [[nodiscard]] std::optional<std::uint64_t> ValueOf(std::uint64_t tag) const {
+    const auto found = std::find_if(entries_.begin(), entries_.end(),
+                                    [tag](const TiffEntry& entry) { return entry.tag == tag; });
+    return found == entries_.end() ? std::nullopt : std::optional(found->value);
+  }
   // A number as the file would hold it.
   [[nodiscard]] std::string Bytes16(std::uint32_t number) const {
     const char low = static_cast<char>(number & 0xFFU);
@@ -130,6 +135,8 @@ class TiffDirectory {
   bool little_ = false;
   std::vector<TiffEntry> entries_;
 };
+
+constexpr std::uint64_t kPhotometricTag = 262;
 
 // Tags that lead to EXIF, GPS, sub-images, XMP, IPTC, Photoshop resources and the ICC profile.
 bool IsTiffMetadata(std::uint64_t tag) {
@@ -191,12 +198,17 @@ std::string WithoutJpegMetadata(std::string_view file) {
 }
 
 bool IsMinIsWhiteTiff(const ReadAt& read) {
-  constexpr std::uint64_t kPhotometricTag = 262;
+  return TiffDirectory(read).ValueOf(kPhotometricTag) == 0;
+}
+
+bool HoldsOrdinaryTiff(const ReadAt& read) {
+  constexpr std::uint64_t kSubfileTypeTag = 254;
+  constexpr std::uint64_t kReduced = 1;
+  constexpr std::uint64_t kRgb = 2;  // greys are 0 and 1
   const TiffDirectory directory(read);
-  const auto& entries = directory.entries();
-  const auto found = std::find_if(entries.begin(), entries.end(),
-                                  [](const TiffEntry& entry) { return entry.tag == kPhotometricTag; });
-  return found != entries.end() && found->value == 0;
+  const auto photometric = directory.ValueOf(kPhotometricTag);
+  return photometric && *photometric <= kRgb &&
+         (directory.ValueOf(kSubfileTypeTag).value_or(0) & kReduced) == 0;
 }
 
 std::vector<FilePatch> TiffWithoutMetadata(const ReadAt& read) {

@@ -42,6 +42,10 @@ struct JpegFrame {
 using ReadAt = std::function<std::string(std::uint64_t offset, std::size_t size)>;
 [[nodiscard]] bool IsMinIsWhiteTiff(const ReadAt& read);
 
+// Whether a TIFF begins with a whole grey or RGB picture, unlike the sensor files of cameras that share its
+// form. The library takes every grey one that names its maker for one of those.
+[[nodiscard]] bool HoldsOrdinaryTiff(const ReadAt& read);
+
 // Bytes that are to be read in place of a file's own.
 struct FilePatch {
   std::uint64_t offset;

@@ -80,6 +80,16 @@ TEST(FileHeadersTest, MinIsWhiteTiff) {
   EXPECT_TRUE(IsMinIsWhiteTiff(From(large)));
 }
 
+TEST(FileHeadersTest, OrdinaryTiff) {
+  for (const int photometric : {0, 1, 2})
+    EXPECT_TRUE(HoldsOrdinaryTiff(From(test::GreyTiff(1, 1, 16, photometric, "ab")))) << photometric;
+  constexpr int kSensor = 32803;
+  EXPECT_FALSE(HoldsOrdinaryTiff(From(test::GreyTiff(1, 1, 16, kSensor, "ab"))));
+  const std::string thumbnail =
+      "MM" + test::Big(42, 2) + test::Big(8, 4) + test::Big(2, 2) + Entry(254, 4, 1) + Entry(262, 3, 1 << 16);
+  EXPECT_FALSE(HoldsOrdinaryTiff(From(thumbnail)));
+}
+
 TEST(FileHeadersTest, HidesTiffMetadata) {
   const std::string file = "MM" + test::Big(42, 2) + test::Big(8, 4) + test::Big(4, 2) + Entry(256, 4, 0) +
                            Entry(700, 4, 0) + Entry(34665, 4, 0) + Entry(34675, 4, 0) + test::Big(0, 4);
