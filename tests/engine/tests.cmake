@@ -1,5 +1,6 @@
 mirellon_add_test(engine/denoise_image LINK mirellon_engine SOURCES engine/reference_kernel.cpp)
 mirellon_add_test(engine/denoise_plane LINK mirellon_engine)
+mirellon_add_test(engine/denoise_preview LINK mirellon_engine)
 mirellon_add_test(engine/detail_pyramid LINK mirellon_engine)
 mirellon_add_test(engine/noise_estimate LINK mirellon_engine)
 mirellon_add_test(engine/parallel_for LINK mirellon_engine)
