@@ -1,0 +1,22 @@
+// The program from its start to its end.
+#pragma once
+
+#include <QApplication>
+#include <filesystem>
+#include <vector>
+
+namespace mirellon::ui {
+
+struct StartOptions {
+  std::filesystem::path photograph;  // opened at once; empty: none
+  std::filesystem::path applicationData;
+  std::vector<std::filesystem::path> resourceFolders;
+};
+
+// Icons and other resources that are linked in; once, before any widget is made.
+void InitResources();
+
+// Texts, settings with the crash marker, colours, window; then the event loop. Returns its exit code.
+[[nodiscard]] int RunApplication(QApplication& application, const StartOptions& options);
+
+}  // namespace mirellon::ui

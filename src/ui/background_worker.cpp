@@ -1,0 +1,52 @@
+#include "ui/background_worker.h"
+
+#include <QMetaObject>
+#include <new>
+#include <utility>
+
+namespace mirellon::ui {
+
+BackgroundWorker::BackgroundWorker(QObject* parent) : QObject(parent) {
+  thread_ = std::jthread([this](const std::stop_token& stop) { Loop(stop); });
+}
+
+BackgroundWorker::~BackgroundWorker() {
+  thread_.request_stop();
+  thread_.join();
+}
+
+void BackgroundWorker::Post(std::function<void()> work, Done done) {
+  {
+    const std::scoped_lock lock(mutex_);
+    jobs_.push_back({std::move(work), std::move(done)});
+  }
+  wake_.notify_one();
+}
+
+void BackgroundWorker::Loop(const std::stop_token& stop) {
+  while (true) {
+    Job job;
+    {
+      std::unique_lock lock(mutex_);
+      wake_.wait(lock, stop, [this] { return !jobs_.empty(); });
+      if (stop.stop_requested()) return;
+      job = std::move(jobs_.front());
+      jobs_.pop_front();
+    }
+    Do(std::move(job));
+  }
+}
+
+void BackgroundWorker::Do(Job job) {
+  bool outOfMemory = false;
+  try {
+    job.work();
+  } catch (const std::bad_alloc&) {
+    outOfMemory = true;
+  }
+  job.work = nullptr;
+  QMetaObject::invokeMethod(
+      this, [done = std::move(job.done), outOfMemory] { done(outOfMemory); }, Qt::QueuedConnection);
+}
+
+}  // namespace mirellon::ui

@@ -1,0 +1,44 @@
+// Work beside the window.
+#pragma once
+
+#include <QObject>
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <stop_token>
+#include <thread>
+
+namespace mirellon::ui {
+
+// One thread that does one job after the other. Belongs to the thread that made it.
+class BackgroundWorker : public QObject {
+ public:
+  // Once for each job, on the owner's thread, from its event loop. `outOfMemory`: the job broke off.
+  using Done = std::function<void(bool outOfMemory)>;
+
+  explicit BackgroundWorker(QObject* parent = nullptr);
+  // Waits for the job in work (whoever wants it short stops the job first); those behind it are not begun,
+  // and no `done` is called any more.
+  ~BackgroundWorker() override;
+  BackgroundWorker(const BackgroundWorker&) = delete;
+  BackgroundWorker& operator=(const BackgroundWorker&) = delete;
+
+  // What both functions hold is freed on the owner's thread or, for `work`, on the worker's.
+  void Post(std::function<void()> work, Done done);
+
+ private:
+  struct Job {
+    std::function<void()> work;
+    Done done;
+  };
+  void Loop(const std::stop_token& stop);
+  void Do(Job job);
+
+  std::mutex mutex_;
+  std::condition_variable_any wake_;
+  std::deque<Job> jobs_;
+  std::jthread thread_;  // the last member: it ends before the others go
+};
+
+}  // namespace mirellon::ui

@@ -1,0 +1,39 @@
+#include "ui/dialogs/about_dialog.h"
+
+#include <QDialogButtonBox>
+#include <QIcon>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace mirellon::ui {
+
+AboutDialog::AboutDialog(const Texts& texts, QWidget* parent) : QDialog(parent) {
+  setObjectName(QStringLiteral("aboutDialog"));
+  setWindowTitle(texts(text::kAbout));
+  auto* icon = new QLabel(this);
+  icon->setPixmap(QIcon(QStringLiteral(":/icons/mirellon.svg")).pixmap(QSize(96, 96), devicePixelRatioF()));
+  icon->setAlignment(Qt::AlignHCenter);
+  auto* name = new QLabel(QStringLiteral("Mirellon"), this);
+  QFont large = name->font();
+  large.setPointSizeF(large.pointSizeF() * 1.8);
+  name->setFont(large);
+  name->setAlignment(Qt::AlignHCenter);
+  auto* about = new QLabel(texts(text::kAboutText).arg(QStringLiteral(MIRELLON_VERSION)), this);
+  about->setAlignment(Qt::AlignHCenter);
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok, this);
+  buttons->button(QDialogButtonBox::Ok)->setText(texts(text::kOk));
+  buttons->setCenterButtons(true);
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(32, 24, 32, 24);
+  column->setSpacing(8);
+  column->addWidget(icon);
+  column->addWidget(name);
+  column->addWidget(about);
+  column->addSpacing(8);
+  column->addWidget(buttons);
+  column->setSizeConstraint(QLayout::SetFixedSize);
+  connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+}
+
+}  // namespace mirellon::ui

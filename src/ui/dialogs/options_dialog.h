@@ -1,0 +1,30 @@
+// The "Options" dialog.
+#pragma once
+
+#include <QCheckBox>
+#include <QDialog>
+#include <QRadioButton>
+
+#include "settings/options_state.h"
+#include "ui/texts.h"
+
+namespace mirellon::ui {
+
+// Shows the state and tells it of clicks; what OK does is the caller's, after exec().
+class OptionsDialog : public QDialog {
+  Q_OBJECT
+
+ public:
+  OptionsDialog(settings::OptionsState& state, const settings::Localization& localization, const Texts& texts,
+                QWidget* parent);
+
+ private:
+  void ShowState();
+
+  settings::OptionsState& state_;
+  QCheckBox* hardware_;
+  QRadioButton* fusion_;
+  QRadioButton* pureGpu_;
+};
+
+}  // namespace mirellon::ui

@@ -1,0 +1,106 @@
+#include "ui/dialogs/qt_dialogs.h"
+
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include "ui/dialogs/adding_dialog.h"
+#include "ui/dialogs/batch_options_dialog.h"
+#include "ui/dialogs/save_dialog.h"
+
+namespace mirellon::ui {
+
+namespace {
+
+// The name shown, and what it lets through: names ask for the formats' other extensions, too.
+constexpr const char* kOpenFilter = "*.bmp;*.jpg;*.tif;*.png (*.bmp *.jpg *.tif *.png *.jpeg *.tiff *.gif)";
+
+QMessageBox::Icon IconOf(base::MessageKind kind) {
+  switch (kind) {
+    case base::MessageKind::kInformation:
+      return QMessageBox::Information;
+    case base::MessageKind::kWarning:
+      return QMessageBox::Warning;
+    case base::MessageKind::kError:
+      return QMessageBox::Critical;
+    case base::MessageKind::kPlain:
+      break;
+  }
+  return QMessageBox::NoIcon;
+}
+
+}  // namespace
+
+void QtDialogs::ShowMessage(const std::wstring& text, const std::wstring& caption, base::MessageKind kind) {
+  QMessageBox box(IconOf(kind), QString::fromStdWString(caption), QString::fromStdWString(text),
+                  QMessageBox::Ok, owner_);
+  box.setTextFormat(Qt::PlainText);
+  box.button(QMessageBox::Ok)->setText(texts_(text::kOk));
+  box.exec();
+}
+
+std::optional<std::filesystem::path> QtDialogs::AskOpenPath(const std::wstring& title) {
+  const QString chosen = QFileDialog::getOpenFileName(owner_, QString::fromStdWString(title),
+                                                      TextOf(lastFolder_), QString::fromLatin1(kOpenFilter),
+                                                      nullptr, QFileDialog::HideNameFilterDetails);
+  if (chosen.isEmpty()) return std::nullopt;
+  lastFolder_ = PathOf(chosen).parent_path();
+  return PathOf(chosen);
+}
+
+std::optional<std::filesystem::path> QtDialogs::AskSavePath(const std::wstring& title,
+                                                            const std::filesystem::path& proposal) {
+  SaveQuestion question;
+  question.title = title;
+  question.proposal.path = proposal;
+  const std::optional<SaveAnswer> answer = AskSave(question);
+  if (!answer) return std::nullopt;
+  return answer->path;
+}
+
+std::optional<SaveAnswer> QtDialogs::AskSave(const SaveQuestion& question) {
+  SaveDialog dialog(question, texts_, owner_);
+  if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+  return dialog.answer();
+}
+
+std::optional<std::filesystem::path> QtDialogs::AskFolder(const std::wstring& title,
+                                                          const std::filesystem::path& start) {
+  const QString chosen =
+      QFileDialog::getExistingDirectory(owner_, QString::fromStdWString(title), TextOf(start));
+  if (chosen.isEmpty()) return std::nullopt;
+  return PathOf(chosen);
+}
+
+std::optional<int> QtDialogs::AskBatchOptions(int jpegQuality) {
+  BatchOptionsDialog dialog(jpegQuality, texts_, owner_);
+  if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+  return dialog.jpegQuality();
+}
+
+std::optional<ProfileName> QtDialogs::AskProfileName(const ProfileNameQuestion& question) {
+  AddingDialog dialog(question, texts_, owner_);
+  if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+  return dialog.name();
+}
+
+std::optional<int> QtDialogs::AskChoice(const std::wstring& text, const std::wstring& caption,
+                                        const std::vector<std::wstring>& answers) {
+  QMessageBox box(QMessageBox::Question, QString::fromStdWString(caption), QString::fromStdWString(text),
+                  QMessageBox::NoButton, owner_);
+  box.setTextFormat(Qt::PlainText);
+  std::vector<QAbstractButton*> buttons;
+  for (const std::wstring& answer : answers) {
+    const auto role = buttons.empty() ? QMessageBox::AcceptRole : QMessageBox::DestructiveRole;
+    buttons.push_back(box.addButton(QString::fromStdWString(answer), role));
+  }
+  QPushButton* cancel = box.addButton(texts_(text::kCancel), QMessageBox::RejectRole);
+  box.setEscapeButton(cancel);
+  box.exec();
+  for (std::size_t i = 0; i < buttons.size(); ++i) {
+    if (box.clickedButton() == buttons[i]) return static_cast<int>(i);
+  }
+  return std::nullopt;
+}
+
+}  // namespace mirellon::ui

@@ -1,0 +1,36 @@
+// The save dialog with its quality panel.
+#pragma once
+
+#include <QFileDialog>
+#include <QLineEdit>
+
+#include "ui/dialogs/dialogs.h"
+#include "ui/dialogs/quality_slider.h"
+#include "ui/texts.h"
+
+namespace mirellon::ui {
+
+// Offers the formats that suit the picture's depth. A name without one of their extensions gets the selected
+// one's; an existing file is asked about under the name it really has.
+class SaveDialog : public QFileDialog {
+  Q_OBJECT
+
+ public:
+  SaveDialog(const SaveQuestion& question, const Texts& texts, QWidget* parent);
+
+  [[nodiscard]] SaveAnswer answer() const;
+  void accept() override;
+
+ private:
+  [[nodiscard]] std::filesystem::path CompletePath() const;
+  [[nodiscard]] int FilterIndex() const;  // counted from 1
+  void FollowFilter();
+
+  Texts texts_;
+  int bits_;
+  QualitySlider* quality_;
+  QLineEdit* name_ = nullptr;
+  QString typed_;  // the name as its user left it
+};
+
+}  // namespace mirellon::ui

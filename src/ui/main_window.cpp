@@ -1,0 +1,368 @@
+#include "ui/main_window.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QToolBar>
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "base/paths.h"
+#include "skin/schemes.h"
+#include "ui/dialogs/batch_progress_dialog.h"
+#include "ui/model/view_texts.h"
+#include "ui/model/window_place.h"
+#include "ui/parameter_panel.h"
+
+namespace mirellon::ui {
+
+namespace {
+
+constexpr int kProgressMs = 60;
+constexpr int kCommandDelayMs = 250;
+constexpr QSize kSmallest(960, 640);
+constexpr QSize kUsual(1280, 820);
+
+Command CommandOfScheme(int scheme) {
+  if (scheme == skin::kSchemeLight) return Command::kSchemeLight;
+  return scheme == skin::kSchemeContrast ? Command::kSchemeContrast : Command::kSchemeDark;
+}
+
+}  // namespace
+
+// ---- Building ----
+
+MainWindow::MainWindow(DesktopContext& context)
+    : context_(context),
+      texts_(context.localization),
+      workbench_(context.engine, context.applicationData),
+      batch_(context),
+      scheme_(context.loaded.colourScheme) {
+  setObjectName(QStringLiteral("mainWindow"));
+  setWindowTitle(QString::fromStdWString(WindowTitle({})));
+  setMinimumSize(kSmallest);
+  setAcceptDrops(true);
+  BuildCentre();
+  BuildMenus();
+  BuildToolBar();
+  Connect();
+  ConnectWorkbench();
+  ConnectBatch();
+  recent_.Load(base::SettingsFile(context_.applicationData));
+  UpdateRecentMenu();
+  (*actions_)[CommandOfScheme(scheme_)]->setChecked(true);
+  view_->SetBackground(skin::SchemeOf(scheme_).view);
+  UpdateCommands();
+  UpdateHint();
+  RestorePlace();
+}
+
+MainWindow::~MainWindow() = default;
+
+void MainWindow::BuildCentre() {
+  auto* centre = new QWidget(this);
+  view_ = new ImageView(centre);
+  panel_ = new ParameterPanel(context_, texts_, centre);
+  startHint_ = new StartHint(texts_, view_);
+  auto* row = new QHBoxLayout(centre);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->setSpacing(0);
+  row->addWidget(view_, 1);
+  row->addWidget(panel_);
+  setCentralWidget(centre);
+  status_ = new StatusLine(texts_, this);
+  setStatusBar(status_);
+  actions_ = new Actions(texts_, this, view_);
+}
+
+void MainWindow::BuildMenus() {
+  const Actions& a = *actions_;
+  QMenu* file = menuBar()->addMenu(texts_(text::kFile));
+  file->setObjectName(QStringLiteral("fileMenu"));
+  file->addAction(a[Command::kOpen]);
+  recentMenu_ = file->addMenu(texts_(text::kRecentFiles));
+  recentMenu_->setObjectName(QStringLiteral("recentMenu"));
+  file->addActions({a[Command::kSaveAs], a[Command::kClose]});
+  file->addSeparator();
+  file->addActions({a[Command::kPreviousImage], a[Command::kNextImage]});
+  file->addSeparator();
+  file->addAction(a[Command::kOptions]);
+  file->addSeparator();
+  file->addAction(a[Command::kExit]);
+  QMenu* denoise = menuBar()->addMenu(texts_(text::kDenoiseMenu));
+  denoise->addActions({a[Command::kDenoiseFast], a[Command::kDenoise], a[Command::kBatch]});
+  denoise->addSeparator();
+  denoise->addActions({a[Command::kUndo], a[Command::kRedo]});
+  QMenu* view = menuBar()->addMenu(texts_(text::kViewMenu));
+  view->addActions({a[Command::kZoomIn], a[Command::kZoomOut], a[Command::kZoom100], a[Command::kZoomFit]});
+  view->addSeparator();
+  view->addActions({a[Command::kViewSingle], a[Command::kViewSplit], a[Command::kViewSideBySide],
+                    a[Command::kViewRemovedNoise]});
+  view->addActions({a[Command::kShowOriginal], a[Command::kPicker]});
+  view->addSeparator();
+  QMenu* colours = view->addMenu(texts_(text::kColours));
+  colours->addActions({a[Command::kSchemeLight], a[Command::kSchemeDark], a[Command::kSchemeContrast]});
+  QMenu* help = menuBar()->addMenu(texts_(text::kHelpMenu));
+  help->addActions({a[Command::kHelp], a[Command::kVisitWebSite], a[Command::kAbout]});
+  busyMenus_ = {file, denoise, help};
+}
+
+void MainWindow::BuildToolBar() {
+  const Actions& a = *actions_;
+  QToolBar* bar = addToolBar(QStringLiteral("toolBar"));
+  bar->setObjectName(QStringLiteral("toolBar"));
+  bar->setMovable(false);
+  bar->setContextMenuPolicy(Qt::PreventContextMenu);
+  bar->addActions({a[Command::kOpen], a[Command::kSaveAs]});
+  bar->addSeparator();
+  bar->addActions({a[Command::kDenoise], a[Command::kDenoiseFast], a[Command::kBatch]});
+  bar->addSeparator();
+  bar->addActions({a[Command::kUndo], a[Command::kRedo]});
+  bar->addSeparator();
+  bar->addActions({a[Command::kZoomOut], a[Command::kZoomIn], a[Command::kZoom100], a[Command::kZoomFit]});
+  zoomBox_ = new ZoomBox(bar);
+  zoomBox_->setToolTip(texts_(84));
+  bar->addWidget(zoomBox_);
+  bar->addSeparator();
+  bar->addActions({a[Command::kShowOriginal], a[Command::kPicker]});
+}
+
+void MainWindow::Connect() {
+  connect(actions_, &Actions::triggered, this, &MainWindow::Do);
+  connect(startHint_, &StartHint::openRequested, this, [this] { Do(Command::kOpen); });
+  connect(zoomBox_, &ZoomBox::zoomChosen, this, [this](double zoom) {
+    view_->SetZoom(zoom);
+    view_->setFocus();
+  });
+  connect(view_, &ImageView::zoomChanged, this, [this](double zoom) {
+    zoomBox_->ShowZoom(zoom);
+    status_->ShowZoom(zoom);
+  });
+  connect(view_, &ImageView::rectangleMoving, this, [this] { view_->ShowPatch(std::nullopt); });
+  connect(view_, &ImageView::rectangleChanged, this, &MainWindow::RequestPreview);
+  connect(view_, &ImageView::pickingChanged, (*actions_)[Command::kPicker], &QAction::setChecked);
+  connect(view_, &ImageView::originalHeld, (*actions_)[Command::kShowOriginal], &QAction::setChecked);
+  connect(panel_, &ParameterPanel::previewWished, this, &MainWindow::RequestPreview);
+  connect(panel_, &ParameterPanel::denoiseRequested, this, [this] { Do(Command::kDenoise); });
+  connect(panel_, &ParameterPanel::abortRequested, &workbench_, &Workbench::Abort);
+  connect(panel_, &ParameterPanel::historyChanged, this, &MainWindow::UpdateCommands);
+  connect(status_, &StatusLine::stopRequested, &workbench_, &Workbench::Abort);
+  progressTimer_.setInterval(kProgressMs);
+  connect(&progressTimer_, &QTimer::timeout, this, [this] {
+    status_->ShowProgress(workbench_.progressPermille());
+    panel_->ShowProgress(workbench_.progressPermille());
+  });
+  commandTimer_.setSingleShot(true);
+  commandTimer_.setInterval(kCommandDelayMs);
+  connect(&commandTimer_, &QTimer::timeout, this, &MainWindow::UpdateCommands);
+}
+
+void MainWindow::ConnectWorkbench() {
+  connect(&workbench_, &Workbench::activityChanged, this, &MainWindow::FollowActivity);
+  connect(&workbench_, &Workbench::previewStateChanged, this, &MainWindow::FollowActivity);
+  connect(&workbench_, &Workbench::photographChanged, this, &MainWindow::FollowPhotograph);
+  connect(&workbench_, &Workbench::resultChanged, this, &MainWindow::FollowResult);
+  connect(&workbench_, &Workbench::previewReady, this,
+          [this](const PictureRect& rect, const SharedDisplay& preview) {
+            view_->ShowPatch(ViewRenderer::Patch{rect, preview});
+          });
+  connect(&workbench_, &Workbench::loadFailed, this, &MainWindow::ShowLoadFailure);
+  connect(&workbench_, &Workbench::saveFailed, this, &MainWindow::ShowSaveFailure);
+  connect(&workbench_, &Workbench::saved, this, [this](const imageio::SaveReport& report) {
+    setWindowTitle(QString::fromStdWString(workbench_.session().Title()));
+    QString note = texts_(text::kSaved).arg(ShownName(report.written));
+    for (const std::string& warning : report.warnings)
+      note += QStringLiteral(" · ") + QString::fromStdString(warning);
+    status_->Note(note);
+    if (auto next = std::exchange(afterSave_, nullptr)) next();
+  });
+  connect(&workbench_, &Workbench::denoiseFailed, this, [this] {
+    context_.dialogs.ShowMessage(texts_(text::kNoMemory).toStdWString(), texts_(text::kError).toStdWString(),
+                                 base::MessageKind::kError);
+  });
+}
+
+// ---- Following what happens ----
+
+void MainWindow::FollowActivity() {
+  const Activity activity = workbench_.session().activity();
+  const bool denoising = activity == Activity::kDenoising;
+  view_->SetLocked(denoising);
+  panel_->SetRunning(denoising, workbench_.session().denoised());
+  if (activity == Activity::kLoading) {
+    commandTimer_.start();
+    status_->ShowWork(texts_(text::kOpening).arg(ShownName(opening_)), true);
+  } else if (activity == Activity::kSaving) {
+    status_->ShowWork(texts_(text::kSaving).arg(ShownName(saving_)), true);
+  } else if (denoising) {
+    status_->ShowWork(texts_(text::kDenoising), false);
+  } else {
+    status_->ShowWork(workbench_.previewing() ? texts_(text::kPreviewing) : QString(), false);
+  }
+  if (activity != Activity::kLoading) UpdateCommands();
+  if (workbench_.idle()) {
+    progressTimer_.stop();
+  } else if (!progressTimer_.isActive()) {
+    progressTimer_.start();
+  }
+  if (activity == Activity::kIdle) afterDenoise_ = nullptr;  // taken by then, or stopped
+  if (closing_ && workbench_.idle()) close();
+}
+
+void MainWindow::UpdateCommands() {
+  commandTimer_.stop();
+  const DocumentSession& session = workbench_.session();
+  actions_->Update({session.hasImage(), session.activity(), panel_->canUndo(), panel_->canRedo()});
+  const bool usable =
+      CommandEnabled(Command::kZoomIn, {session.hasImage(), session.activity(), false, false});
+  zoomBox_->setEnabled(usable);
+  const bool open = (*actions_)[Command::kOpen]->isEnabled();
+  for (QMenu* menu : busyMenus_) menu->setEnabled(open);
+  recentMenu_->setEnabled(open && !recent_.files().empty());
+  panel_->SetUsable(session.hasImage() && session.activity() != Activity::kLoading);
+}
+
+void MainWindow::FollowPhotograph() {
+  const Photograph& photograph = workbench_.session().photograph();
+  setWindowTitle(QString::fromStdWString(workbench_.session().Title()));
+  startHint_->setVisible(photograph.source == nullptr);
+  view_->ShowPhotograph(photograph.display);
+  status_->ShowPhotograph(photograph);
+  if (photograph.source == nullptr) {
+    zoomBox_->clearEditText();
+    panel_->ShowNothing();
+  } else {
+    status_->ShowZoom(view_->geometry().zoom());
+    recent_.Add(photograph.path);
+    (void)recent_.Store(base::SettingsFile(context_.applicationData));  // forgotten at worst
+    UpdateRecentMenu();
+    view_->PlaceRectangle();
+    panel_->ShowPhotograph(photograph);
+    view_->setFocus();
+  }
+  UpdateHint();
+}
+
+void MainWindow::FollowResult() {
+  view_->ShowPatch(std::nullopt);
+  view_->ShowResult(workbench_.session().resultDisplay());
+  UpdateHint();
+  // After everybody knows of the result.
+  if (auto next = std::exchange(afterDenoise_, nullptr)) QTimer::singleShot(0, this, next);
+}
+
+void MainWindow::UpdateHint() {
+  const DocumentSession& session = workbench_.session();
+  if (!session.hasImage()) {
+    status_->SetHint(texts_(text::kOpenHint));
+  } else {
+    status_->SetHint(texts_(session.denoised() ? text::kCompareHint : text::kPreviewHint));
+  }
+}
+
+void MainWindow::UpdateRecentMenu() {
+  recentMenu_->clear();
+  for (const std::filesystem::path& file : recent_.files()) {
+    QAction* action = recentMenu_->addAction(TextOf(file).replace(QLatin1Char('&'), QStringLiteral("&&")));
+    connect(action, &QAction::triggered, this, [this, file] { LeaveThen([this, file] { Open(file); }); });
+  }
+  recentMenu_->addSeparator();
+  connect(recentMenu_->addAction(texts_(text::kClearList)), &QAction::triggered, this, [this] {
+    recent_.Clear();
+    (void)recent_.Store(base::SettingsFile(context_.applicationData));  // comes back at worst
+    UpdateRecentMenu();
+    UpdateCommands();
+  });
+}
+
+void MainWindow::RequestPreview() {
+  const std::optional<PictureRect>& rect = view_->rectangle().rect();
+  if (!rect || workbench_.session().activity() == Activity::kDenoising) return;
+  // What the whole run has made is shown as long as nothing differs from it.
+  if (workbench_.session().ResultIsOf(panel_->parameters(), panel_->quality())) {
+    workbench_.DropPreview();
+    view_->ShowPatch(std::nullopt);
+    return;
+  }
+  workbench_.WishPreview({*rect, panel_->parameters(), panel_->quality()});
+}
+
+void MainWindow::ApplyScheme(int scheme) {
+  scheme_ = scheme;
+  (void)context_.settings.SetNumber(settings::Setting::kColourScheme, scheme);  // for this run at least
+  (*actions_)[CommandOfScheme(scheme)]->setChecked(true);
+  view_->SetBackground(skin::SchemeOf(scheme).view);
+  emit schemeChosen(scheme);
+}
+
+// ---- Window ----
+
+void MainWindow::Open(const std::filesystem::path& photograph) {
+  opening_ = photograph;
+  workbench_.Load(photograph);
+}
+
+void MainWindow::RestorePlace() {
+  resize(kUsual);
+  const WindowPlace place = LoadWindowPlace(base::SettingsFile(context_.applicationData));
+  if (!place.geometry.empty())
+    restoreGeometry(QByteArray::fromBase64(QByteArray::fromStdString(place.geometry)));
+}
+
+void MainWindow::StorePlace() {
+  const WindowPlace place{saveGeometry().toBase64().toStdString()};
+  (void)StoreWindowPlace(base::SettingsFile(context_.applicationData), place);  // the usual one at worst
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  if (!workbench_.idle()) {
+    // Nothing is torn: what runs is stopped, a save is waited for, and then the window closes.
+    event->ignore();
+    closing_ = true;
+    workbench_.DropPreview();
+    if (workbench_.session().activity() != Activity::kSaving) workbench_.Abort();
+    if (batch_.running()) batch_.Abort();
+    if (workbench_.idle()) QTimer::singleShot(0, this, &MainWindow::close);
+    return;
+  }
+  closing_ = false;
+  if (const Leave leave = AskToLeave(); leave != Leave::kNow) {
+    event->ignore();
+    if (leave == Leave::kAfterSaving) {
+      afterSave_ = [this] { close(); };
+      AskAndSave();
+    }
+    return;
+  }
+  EndNow();
+  event->accept();
+  emit closed();
+}
+
+void MainWindow::EndNow() {
+  StorePlace();
+  panel_->Finish();
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+  const QList<QUrl> urls = event->mimeData()->urls();
+  if ((*actions_)[Command::kOpen]->isEnabled() && !urls.isEmpty() && urls.first().isLocalFile()) {
+    event->acceptProposedAction();
+  }
+}
+
+void MainWindow::dropEvent(QDropEvent* event) {
+  const QList<QUrl> urls = event->mimeData()->urls();
+  if (urls.isEmpty() || !urls.first().isLocalFile()) return;
+  event->acceptProposedAction();
+  const std::filesystem::path file = PathOf(urls.first().toLocalFile());
+  // The dragging program waits for the end of this call: questions come after it.
+  QTimer::singleShot(0, this, [this, file] { LeaveThen([this, file] { Open(file); }); });
+}
+
+}  // namespace mirellon::ui

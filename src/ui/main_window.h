@@ -1,0 +1,127 @@
+// The frame of the application.
+#pragma once
+
+#include <QMainWindow>
+#include <QPointer>
+#include <QTimer>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include "ui/actions.h"
+#include "ui/batch_controller.h"
+#include "ui/desktop_context.h"
+#include "ui/image_view.h"
+#include "ui/model/folder_walk.h"
+#include "ui/model/recent_files.h"
+#include "ui/start_hint.h"
+#include "ui/status_line.h"
+#include "ui/workbench.h"
+#include "ui/zoom_box.h"
+
+namespace mirellon::ui {
+
+class BatchProgressDialog;
+class ParameterPanel;
+
+// Owns menus, toolbar, view, panel and status line, and takes every command to where it is done. The work
+// itself goes on beside it, in the workbench.
+class MainWindow : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  explicit MainWindow(DesktopContext& context);
+  ~MainWindow() override;
+  MainWindow(const MainWindow&) = delete;
+  MainWindow& operator=(const MainWindow&) = delete;
+
+  void Open(const std::filesystem::path& photograph);
+  // Does a command as its menu item would, enabled or not.
+  void Do(Command command);
+
+  // What closing does, without a question: for a process that is told to end.
+  void EndNow();
+
+  [[nodiscard]] const Workbench& workbench() const { return workbench_; }
+  [[nodiscard]] ImageView& view() { return *view_; }
+  [[nodiscard]] ParameterPanel& panel() { return *panel_; }
+
+ signals:
+  void schemeChosen(int scheme);  // the application changes its colours
+  void closed();                  // in order; the window is gone in a moment
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
+ private:
+  // main_window.cpp: building, and following what happens
+  void BuildMenus();
+  void BuildToolBar();
+  void BuildCentre();
+  void Connect();
+  void ConnectWorkbench();
+  void FollowActivity();
+  void UpdateCommands();
+  void FollowPhotograph();
+  void FollowResult();
+  void UpdateHint();
+  void UpdateRecentMenu();
+  void RequestPreview();
+  void ApplyScheme(int scheme);
+  void RestorePlace();
+  void StorePlace();
+
+  // main_window_batch.cpp
+  void AskAndStartBatch();
+  void StartBatch(const std::filesystem::path& folder);
+  void ConnectBatch();
+  void FinishBatch(const BatchOutcome& outcome);
+
+  // main_window_commands.cpp
+  void AskAndOpen();
+  void SaveAs();
+  void AskAndSave();
+  void Denoise(std::uint32_t quality);
+  void CloseImage();
+  void Step(ui::Step direction);
+  void ShowOptions();
+  void ShowHelp();
+  void ShowAbout();
+  void VisitWebSite();
+  void ShowLoadFailure(const std::filesystem::path& path, const imageio::LoadReport& report);
+  void ShowSaveFailure(const std::filesystem::path& target, const imageio::SaveReport& report);
+  // Whether the present photograph may go; asks when its result is not saved.
+  enum class Leave { kNow, kAfterSaving, kNo };
+  [[nodiscard]] Leave AskToLeave();
+  // Does it now, after a save, or not at all.
+  void LeaveThen(std::function<void()> action);
+
+  DesktopContext& context_;
+  Texts texts_;
+  Workbench workbench_;
+  BatchController batch_;
+  QPointer<BatchProgressDialog> batchDialog_;
+  std::optional<std::uint32_t> batchTotal_;
+  ImageView* view_ = nullptr;
+  ParameterPanel* panel_ = nullptr;
+  StatusLine* status_ = nullptr;
+  ZoomBox* zoomBox_ = nullptr;
+  StartHint* startHint_ = nullptr;
+  Actions* actions_ = nullptr;
+  QMenu* recentMenu_ = nullptr;
+  std::vector<QMenu*> busyMenus_;  // those that rest while something runs
+  QTimer progressTimer_;
+  QTimer commandTimer_;  // a short load does not make the commands flicker
+  RecentFiles recent_;
+  std::filesystem::path opening_;
+  std::filesystem::path saving_;
+  int scheme_;
+  std::function<void()> afterSave_;     // what waits for a save to succeed
+  std::function<void()> afterDenoise_;  // or for a run
+  bool closing_ = false;                // as soon as nothing runs any more
+};
+
+}  // namespace mirellon::ui

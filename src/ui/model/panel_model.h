@@ -1,0 +1,74 @@
+// The parameter panel without its widgets.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "engine/parameters.h"
+#include "profiles/profile_select.h"
+#include "profiles/profile_store.h"
+#include "ui/model/document_session.h"
+#include "ui/model/parameter_history.h"
+
+namespace mirellon::ui {
+
+// The chosen camera and ISO speed, and the parameters in work, which are copied from their entry and edited.
+class PanelModel {
+ public:
+  explicit PanelModel(profiles::ProfilePaths paths) : store_(std::move(paths)) {}
+
+  // ---- The store ----
+  // Reads the profile file; camera and ISO entry 0 are chosen. True = failed, and what there is is in use.
+  bool Load();
+  // Writes it back. True = failed, store().cause() says why.
+  bool Save();
+  [[nodiscard]] const profiles::NoiseProfileStore& store() const { return store_; }
+
+  // ---- Choosing ----
+  // As the panel chooses for a photograph just opened. The store is read anew, changes saved before.
+  void ShowPhotograph(const Photograph& photograph);
+  void SelectCamera(std::uint32_t camera);
+  void SelectIso(std::uint32_t entry);
+  [[nodiscard]] std::uint32_t camera() const { return camera_; }
+  [[nodiscard]] std::uint32_t iso() const { return iso_; }
+  [[nodiscard]] std::vector<std::wstring> CameraNames() const;
+  [[nodiscard]] std::vector<std::wstring> IsoTexts() const;  // of the chosen camera
+
+  // ---- Keeping and deleting ----
+  // The parameters in work, with the photograph's noise, under that name; the entry is chosen then. True =
+  // refused or out of memory.
+  bool Keep(const std::wstring& camera, const std::wstring& iso);
+  [[nodiscard]] bool CanDelete() const { return camera_ != 0 || iso_ != 0; }
+  enum class Scope { kCamera, kIso };
+  // True = refused.
+  bool Delete(Scope scope);
+
+  // ---- The parameters in work ----
+  [[nodiscard]] const engine::DenoiseParameters& parameters() const { return parameters_; }
+  // One number; Record() makes the change one that can be taken back.
+  void SetValue(double engine::DenoiseParameters::*field, double value) { parameters_.*field = value; }
+  void SetArtefacts(std::int32_t mode) { parameters_.m_iUseMedian = mode; }
+  // The values of "Set Default"; artefacts and noise stay.
+  void SetDefault();
+  void Record() { history_.Record(parameters_); }
+  // False: nothing to take back.
+  bool Undo();
+  bool Redo();
+  [[nodiscard]] const ParameterHistory& history() const { return history_; }
+
+ private:
+  void Choose(const profiles::ProfileChoice& choice);
+  void CopyEntry();
+
+  profiles::NoiseProfileStore store_;
+  std::uint32_t camera_ = 0;
+  std::uint32_t iso_ = 0;
+  profiles::PhotoIdentity photo_;
+  engine::MeasuredNoise noise_;
+  engine::DenoiseParameters parameters_;
+  ParameterHistory history_;
+  bool changed_ = false;  // since the store was read or written
+};
+
+}  // namespace mirellon::ui

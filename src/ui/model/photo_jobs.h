@@ -1,0 +1,44 @@
+// What the window has done beside it: pure work, no widgets.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "base/run_control.h"
+#include "engine/engine_context.h"
+#include "imageio/save_image.h"
+#include "ui/model/document_session.h"
+#include "ui/model/preview_queue.h"
+
+namespace mirellon::ui {
+
+struct LoadOutcome {
+  Photograph photograph;  // source null: not loaded, `report` tells why
+  imageio::LoadReport report;
+};
+// Decodes, reads the EXIF texts, measures the noise and prepares what the view draws from.
+[[nodiscard]] LoadOutcome LoadPhotograph(const std::filesystem::path& path);
+
+// Denoises and sharpens the whole photograph, strengths in the steps of profiles::RunParameters. Nothing when
+// stopped or without memory.
+[[nodiscard]] std::optional<RunResult> RunOnWhole(engine::EngineContext& context, const SharedPicture& source,
+                                                  const engine::DenoiseParameters& parameters,
+                                                  std::uint32_t quality, base::ProgressSink* progress);
+
+// What RunOnWhole would leave in the rectangle, ready to be drawn. Null when stopped or without memory.
+[[nodiscard]] SharedDisplay MakePreview(engine::EngineContext& context, const SharedPicture& source,
+                                        const PreviewWish& wish, base::ProgressSink* progress);
+
+struct SaveJob {
+  SharedPicture picture;
+  std::filesystem::path target;
+  std::filesystem::path source;  // of the metadata
+  int jpegQuality = 85;          // written to the settings file after a successful save
+  std::filesystem::path applicationData;
+};
+// True = failed; `report` tells why.
+[[nodiscard]] bool SavePhotograph(const SaveJob& job, const base::RunControl& control,
+                                  imageio::SaveReport& report);
+
+}  // namespace mirellon::ui

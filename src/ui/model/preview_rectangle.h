@@ -1,0 +1,40 @@
+// The part of the photograph that is previewed.
+#pragma once
+
+#include <optional>
+
+#include "picture/pic_buf_api.h"
+
+namespace mirellon::ui {
+
+using PictureRect = picture::CBxRect<int>;
+
+// A rectangle in picture coordinates, never beyond the photograph.
+class PreviewRectangle {
+ public:
+  static constexpr int kWidth = 640;  // pixels of the photograph, when placed without a size of its own
+  static constexpr int kHeight = 480;
+  static constexpr int kLeastSide = 16;
+  static constexpr int kMostSide = 1600;
+
+  // Without a rectangle.
+  void SetPicture(int width, int height);
+  // Of the usual size, its middle as near to the point as the photograph allows.
+  void PlaceAt(int x, int y);
+  // From one corner to the other, in any order; too small ones grow, too large ones shrink to the limits.
+  void PlaceBetween(int x1, int y1, int x2, int y2);
+  void MoveBy(int dx, int dy);
+  void Remove() { rect_.reset(); }
+
+  [[nodiscard]] bool Contains(int x, int y) const;
+  [[nodiscard]] const std::optional<PictureRect>& rect() const { return rect_; }
+
+ private:
+  void Place(int left, int top, int width, int height);
+
+  int width_ = 0;
+  int height_ = 0;
+  std::optional<PictureRect> rect_;
+};
+
+}  // namespace mirellon::ui

@@ -1,0 +1,30 @@
+#include "ui/model/window_place.h"
+
+#include "base/ini_file.h"
+#include "base/paths.h"
+#include "base/text.h"
+
+namespace mirellon::ui {
+
+namespace {
+
+constexpr const wchar_t* kSection = L"Window";
+constexpr const wchar_t* kGeometry = L"Geometry";
+
+}  // namespace
+
+WindowPlace LoadWindowPlace(const std::filesystem::path& iniFile) {
+  base::IniFile ini;
+  if (ini.Read(iniFile) != base::IniFile::ReadResult::kRead) return {};
+  return {base::Utf8FromWide(ini.Find(kSection, kGeometry).value_or(std::wstring()))};
+}
+
+bool StoreWindowPlace(const std::filesystem::path& iniFile, const WindowPlace& place) {
+  if (base::EnsureFolder(iniFile.parent_path())) return true;
+  base::IniFile ini;
+  if (ini.Read(iniFile) == base::IniFile::ReadResult::kFailed) return true;
+  if (ini.Set(kSection, kGeometry, base::WideFromUtf8(place.geometry))) return true;
+  return ini.Write(iniFile);
+}
+
+}  // namespace mirellon::ui

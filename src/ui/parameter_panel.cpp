@@ -1,0 +1,215 @@
+#include "ui/parameter_panel.h"
+
+#include <QSignalBlocker>
+
+#include "skin/icon_engine.h"
+
+namespace mirellon::ui {
+
+namespace {
+
+QStringList ListOf(const std::vector<std::wstring>& texts) {
+  QStringList list;
+  for (const std::wstring& entry : texts) list.append(QString::fromStdWString(entry));
+  return list;
+}
+
+std::wstring InfoText(const imageio::ExifSummary& exif, const settings::Localization& texts) {
+  const profiles::ImageInfo labels{texts.Text(132), texts.Text(133), texts.Text(148), texts.Text(250),
+                                   texts.Text(134), texts.Text(135), texts.Text(136)};
+  return profiles::ImageInfoText(
+      {exif.make, exif.model, exif.dimensions, exif.iso, exif.fNumber, exif.exposure, exif.dateTaken},
+      labels);
+}
+
+// Fills a list without asking for anything.
+void Fill(QComboBox& box, const std::vector<std::wstring>& texts, std::uint32_t current) {
+  const QSignalBlocker quiet(box);
+  box.clear();
+  box.addItems(ListOf(texts));
+  box.setCurrentIndex(static_cast<int>(current));
+}
+
+}  // namespace
+
+ParameterPanel::ParameterPanel(DesktopContext& context, const Texts& texts, QWidget* parent)
+    : QWidget(parent),
+      context_(context),
+      texts_(texts),
+      model_(profiles::StandardProfilePaths(context.applicationData, context.resourceFolders)) {
+  Build();
+  Connect();
+  (void)model_.Load();  // what could be read is in use
+  ShowNothing();
+  manual_->setChecked(true);
+  manual_->setChecked(context_.settings.GetNumber(settings::Setting::kShowManualTunning) != 0);
+  SetRunning(false, false);
+}
+
+// ---- Showing ----
+
+void ParameterPanel::ShowPhotograph(const Photograph& photograph) {
+  exif_ = photograph.exif;
+  model_.ShowPhotograph(photograph);
+  const QString info = QString::fromStdWString(InfoText(exif_, context_.localization));
+  info_->setText(info.trimmed().isEmpty() ? texts_(33) : info);
+  infoBox_->show();
+  FollowChoice();
+}
+
+void ParameterPanel::ShowNothing() {
+  exif_ = {};
+  infoBox_->hide();
+  ShowCameras();
+  ShowIsos();
+  ShowParameters();
+}
+
+void ParameterPanel::Finish() {
+  if (!model_.Save()) return;
+  context_.dialogs.ShowMessage(
+      texts_(text::kNotSaved)
+          .arg(ShownName(model_.store().causeFile()), QString::fromStdString(model_.store().cause()))
+          .toStdWString(),
+      texts_(text::kWarning).toStdWString(), base::MessageKind::kWarning);
+}
+
+void ParameterPanel::ShowCameras() {
+  Fill(*camera_, model_.CameraNames(), model_.camera());
+}
+
+void ParameterPanel::ShowIsos() {
+  Fill(*iso_, model_.IsoTexts(), model_.iso());
+}
+
+void ParameterPanel::ShowParameters() {
+  for (ParameterRow* row : rows_) row->ShowValue(model_.parameters().*row->row().value);
+  const std::optional<int> mode = profiles::MedianButton(model_.parameters().m_iUseMedian);
+  artefacts_->setExclusive(false);  // a mode that is none of the three checks none
+  for (QAbstractButton* button : artefacts_->buttons()) button->setChecked(artefacts_->id(button) == mode);
+  artefacts_->setExclusive(true);
+}
+
+void ParameterPanel::FollowChoice() {
+  ShowCameras();
+  ShowIsos();
+  ShowParameters();
+  UpdateEnabled();
+  emit historyChanged();
+  emit previewWished();
+}
+
+std::uint32_t ParameterPanel::quality() const {
+  return static_cast<std::uint32_t>(quality_->currentIndex() + 1);
+}
+
+// ---- Changes ----
+
+void ParameterPanel::Settle() {
+  pause_.stop();
+  model_.Record();
+  emit historyChanged();
+  emit previewWished();
+}
+
+void ParameterPanel::SetDefault() {
+  if (running_) return;
+  model_.SetDefault();
+  ShowParameters();
+  emit historyChanged();
+  emit previewWished();
+}
+
+void ParameterPanel::Undo() {
+  if (!model_.Undo()) return;
+  ShowParameters();
+  emit historyChanged();
+  emit previewWished();
+}
+
+void ParameterPanel::Redo() {
+  if (!model_.Redo()) return;
+  ShowParameters();
+  emit historyChanged();
+  emit previewWished();
+}
+
+void ParameterPanel::ChooseQuality(int index) {
+  (void)context_.settings.SetNumber(settings::Setting::kQuality, index + 1);  // for this run at least
+  emit previewWished();
+}
+
+void ParameterPanel::SetManual(bool shown) {
+  manualControls_->setVisible(shown);
+  setDefault_->setVisible(shown);
+  manual_->setIcon(skin::StrokeIcon(
+      QStringLiteral(":/icons/settings-%1.svg").arg(QLatin1String(shown ? "hide" : "show"))));
+  const int number = shown ? 1 : 0;
+  if (context_.settings.GetNumber(settings::Setting::kShowManualTunning) == number) return;
+  (void)context_.settings.SetNumber(settings::Setting::kShowManualTunning, number);  // for this run at least
+}
+
+// ---- Keeping and deleting ----
+
+void ParameterPanel::Keep() {
+  const auto name = context_.dialogs.AskProfileName(
+      {{camera_->currentText().toStdWString(), iso_->currentText().toStdWString()}, exif_});
+  if (!name) return;
+  if (model_.Keep(name->camera, name->iso)) {
+    context_.dialogs.ShowMessage(texts_(252).toStdWString(), texts_(text::kWarning).toStdWString(),
+                                 base::MessageKind::kWarning);
+    return;
+  }
+  FollowChoice();
+}
+
+void ParameterPanel::Delete() {
+  if (!model_.CanDelete()) return;
+  const QString question =
+      QStringLiteral("%1\n\n%2\n%3\n%4").arg(texts_(137), texts_(138), texts_(139), texts_(140));
+  const auto answer =
+      context_.dialogs.AskChoice(question.toStdWString(), texts_(text::kWarning).toStdWString(),
+                                 {texts_(253).toStdWString(), texts_(254).toStdWString()});
+  if (!answer) return;
+  if (model_.Delete(*answer == 0 ? PanelModel::Scope::kCamera : PanelModel::Scope::kIso)) {
+    context_.dialogs.ShowMessage(texts_(141).toStdWString(), texts_(text::kWarning).toStdWString(),
+                                 base::MessageKind::kWarning);
+    return;
+  }
+  FollowChoice();
+}
+
+// ---- States ----
+
+void ParameterPanel::SetRunning(bool running, bool denoised) {
+  running_ = running;
+  denoised_ = denoised;
+  const int caption = running ? text::kAbort : denoised ? 144 : text::kDenoise;
+  denoise_->setText(texts_(caption));
+  progress_->setVisible(running);
+  if (!running) progress_->setValue(0);
+  UpdateEnabled();
+}
+
+void ParameterPanel::SetUsable(bool usable) {
+  usable_ = usable;
+  UpdateEnabled();
+}
+
+void ParameterPanel::ShowProgress(int permille) {
+  if (running_) progress_->setValue(permille);
+}
+
+void ParameterPanel::UpdateEnabled() {
+  const bool free = !running_;
+  for (QWidget* widget :
+       {static_cast<QWidget*>(camera_), static_cast<QWidget*>(iso_), static_cast<QWidget*>(manual_),
+        static_cast<QWidget*>(manualLabel_), manualControls_, static_cast<QWidget*>(setDefault_)}) {
+    widget->setEnabled(free);
+  }
+  keep_->setEnabled(free && usable_);
+  delete_->setEnabled(free && model_.CanDelete());
+  denoise_->setEnabled(running_ || usable_);
+}
+
+}  // namespace mirellon::ui

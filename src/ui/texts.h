@@ -1,0 +1,87 @@
+// The user-visible texts for widgets.
+#pragma once
+
+#include <QString>
+#include <filesystem>
+
+#include "settings/localization.h"
+
+namespace mirellon::ui {
+
+// Numbers of the text table, named where the number alone would say nothing.
+namespace text {
+inline constexpr int kOpenHint = 1;
+inline constexpr int kFile = 2;
+inline constexpr int kDenoiseMenu = 3;
+inline constexpr int kHelpMenu = 4;
+inline constexpr int kViewHint = 18;
+inline constexpr int kError = 29;
+inline constexpr int kFormatNotSupported = 30;
+inline constexpr int kAbout = 31;
+inline constexpr int kPreviewHint = 34;
+inline constexpr int kDenoise = 38;
+inline constexpr int kAbort = 43;
+inline constexpr int kCompareHint = 44;
+inline constexpr int kJpegQuality = 50;
+inline constexpr int kOpenTitle = 55;
+inline constexpr int kSaveTitle = 56;
+inline constexpr int kOk = 59;
+inline constexpr int kCancel = 60;
+inline constexpr int kInformation = 63;
+inline constexpr int kWarning = 81;
+inline constexpr int kCrashed = 85;
+// Texts of this program alone.
+inline constexpr int kViewMenu = 201;
+inline constexpr int kRecentFiles = 204;
+inline constexpr int kColours = 205;
+inline constexpr int kOpening = 216;
+inline constexpr int kSaving = 217;
+inline constexpr int kDenoising = 218;
+inline constexpr int kPreviewing = 219;
+inline constexpr int kSaved = 220;
+inline constexpr int kNotOpened = 221;
+inline constexpr int kNotSaved = 222;
+inline constexpr int kNoMemory = 223;
+inline constexpr int kUnsavedQuestion = 224;
+inline constexpr int kSave = 225;
+inline constexpr int kDiscard = 226;
+inline constexpr int kStaleQuestion = 227;
+inline constexpr int kDenoiseAndSave = 228;
+inline constexpr int kSaveAsItIs = 229;
+inline constexpr int kOpenButton = 230;
+inline constexpr int kDropHint = 231;
+inline constexpr int kNeedsPhotograph = 232;
+inline constexpr int kBusy = 233;
+inline constexpr int kNoHelp = 234;
+inline constexpr int kFirstOfFolder = 235;
+inline constexpr int kLastOfFolder = 236;
+inline constexpr int kNoise = 237;
+inline constexpr int kBits = 238;
+inline constexpr int kOverwriteQuestion = 239;
+inline constexpr int kClearList = 240;
+inline constexpr int kAboutText = 241;
+inline constexpr int kLowMemory = 242;
+inline constexpr int kNoWebPage = 243;
+inline constexpr int kWhyNot = 244;
+inline constexpr int kFinishing = 255;
+inline constexpr int kAndMore = 256;
+}  // namespace text
+
+class Texts {
+ public:
+  explicit Texts(const settings::Localization& localization) : localization_(&localization) {}
+
+  [[nodiscard]] QString operator()(int number) const {
+    return QString::fromStdWString(localization_->Text(number));
+  }
+
+ private:
+  const settings::Localization* localization_;
+};
+
+// A file's name for messages, and its whole path for the system. Names need not be UTF-8.
+[[nodiscard]] QString ShownName(const std::filesystem::path& file);
+[[nodiscard]] std::filesystem::path PathOf(const QString& text);
+[[nodiscard]] QString TextOf(const std::filesystem::path& path);
+
+}  // namespace mirellon::ui

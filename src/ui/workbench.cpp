@@ -1,0 +1,198 @@
+#include "ui/workbench.h"
+
+#include <optional>
+#include <utility>
+
+namespace mirellon::ui {
+
+Workbench::Workbench(engine::EngineContext& context, std::filesystem::path applicationData)
+    : context_(context), applicationData_(std::move(applicationData)) {}
+
+Workbench::~Workbench() {
+  context_.control.RequestAbort();
+  saveControl_.RequestAbort();
+}
+
+bool Workbench::Load(const std::filesystem::path& path) {
+  const std::optional<unsigned> number = session_.BeginLoad();
+  if (!number) return false;
+  auto outcome = std::make_shared<LoadOutcome>();
+  files_.Post([outcome, path] { *outcome = LoadPhotograph(path); },
+              [this, outcome, path, number](bool outOfMemory) {
+                if (outOfMemory) outcome->report.status = imageio::LoadStatus::kOutOfMemory;
+                Loaded(*number, path, std::move(*outcome));
+              });
+  emit activityChanged();
+  return true;
+}
+
+void Workbench::Loaded(unsigned number, const std::filesystem::path& path, LoadOutcome outcome) {
+  if (outcome.photograph.source == nullptr) {
+    if (!session_.FailLoad(number)) return;
+    emit activityChanged();
+    emit loadFailed(path, outcome.report);
+    return;
+  }
+  if (!session_.FinishLoad(number, std::move(outcome.photograph))) return;
+  Follow(queue_.Drop());
+  emit photographChanged();
+  emit activityChanged();
+}
+
+bool Workbench::Denoise(const engine::DenoiseParameters& parameters, std::uint32_t quality) {
+  if (!session_.BeginDenoise()) return false;
+  run_.parameters = parameters;
+  run_.quality = quality;
+  aborted_ = false;
+  progress_.Reset();
+  Follow(queue_.WishRun());
+  emit activityChanged();
+  return true;
+}
+
+bool Workbench::Save(const std::filesystem::path& target, int jpegQuality) {
+  if (!session_.BeginSave()) return false;
+  saveControl_.ClearAbort();
+  struct Outcome {
+    bool failed = true;
+    imageio::SaveReport report;
+  };
+  auto outcome = std::make_shared<Outcome>();
+  const SaveJob job{session_.result(), target, session_.photograph().path, jpegQuality, applicationData_};
+  files_.Post([this, outcome, job] { outcome->failed = SavePhotograph(job, saveControl_, outcome->report); },
+              [this, outcome, target](bool outOfMemory) {
+                if (outOfMemory) outcome->report.status = imageio::SaveStatus::kOutOfMemory;
+                session_.FinishSave(outcome->report.written, outcome->failed);
+                emit activityChanged();
+                if (outcome->failed) {
+                  emit saveFailed(target, outcome->report);
+                } else {
+                  emit saved(outcome->report);
+                }
+              });
+  emit activityChanged();
+  return true;
+}
+
+bool Workbench::Close() {
+  if (!session_.Close()) return false;
+  Follow(queue_.Drop());
+  emit photographChanged();
+  emit activityChanged();
+  return true;
+}
+
+void Workbench::WishPreview(const PreviewWish& wish) {
+  if (session_.hasImage()) Follow(queue_.WishPreview(wish));
+}
+
+void Workbench::DropPreview() {
+  if (session_.activity() != Activity::kDenoising) Follow(queue_.Drop());
+}
+
+void Workbench::Abort() {
+  switch (session_.activity()) {
+    case Activity::kLoading:
+      // A number of its own makes the one on its way a stranger.
+      if (const std::optional<unsigned> number = session_.BeginLoad()) session_.FailLoad(*number);
+      emit activityChanged();
+      return;
+    case Activity::kDenoising:
+      aborted_ = true;
+      Follow(queue_.Drop());
+      GiveUpRun();
+      return;
+    case Activity::kSaving:
+      saveControl_.RequestAbort();
+      return;
+    case Activity::kIdle:
+    case Activity::kBatch:
+      return;
+  }
+}
+
+bool Workbench::BeginBatch(std::function<void()> ready) {
+  if (!session_.BeginBatch()) return false;
+  batchReady_ = std::move(ready);
+  Follow(queue_.Drop());
+  emit activityChanged();
+  StartBatchWhenFree();
+  return true;
+}
+
+void Workbench::FinishBatch() {
+  session_.FinishBatch();
+  emit activityChanged();
+}
+
+void Workbench::StartBatchWhenFree() {
+  if (batchReady_ == nullptr || !queue_.idle()) return;
+  context_.control.ClearAbort();
+  std::exchange(batchReady_, nullptr)();
+}
+
+void Workbench::Follow(PreviewQueue::Action action) {
+  if (action == PreviewQueue::Action::kAbort) context_.control.RequestAbort();
+  if (action == PreviewQueue::Action::kStart) StartJob();
+}
+
+void Workbench::StartJob() {
+  PreviewWish wish;
+  const PreviewQueue::Job job = queue_.Take(wish);
+  if (job == PreviewQueue::Job::kNone) return;
+  context_.control.ClearAbort();
+  progress_.Reset();
+  if (job == PreviewQueue::Job::kRun) {
+    StartRun();
+  } else {
+    StartPreview(wish);
+  }
+}
+
+void Workbench::StartPreview(const PreviewWish& wish) {
+  auto preview = std::make_shared<SharedDisplay>();
+  engine_.Post(
+      [this, preview, wish, source = session_.photograph().source] {
+        *preview = MakePreview(context_, source, wish, &progress_);
+      },
+      [this, preview, wish](bool) {
+        EngineJobEnded([&](bool wanted) {
+          if (wanted && *preview != nullptr) emit previewReady(wish.rect, *preview);
+        });
+      });
+  emit previewStateChanged();
+}
+
+void Workbench::StartRun() {
+  auto result = std::make_shared<std::optional<RunResult>>();
+  engine_.Post(
+      [this, result, run = run_, source = session_.photograph().source] {
+        *result = RunOnWhole(context_, source, run.parameters, run.quality, &progress_);
+      },
+      [this, result](bool) {
+        EngineJobEnded([&](bool wanted) {
+          const bool done = wanted && result->has_value();
+          session_.FinishDenoise(done ? std::move(*result) : std::nullopt);
+          if (done) emit resultChanged();
+          emit activityChanged();
+          if (!done && !aborted_) emit denoiseFailed();
+        });
+      });
+}
+
+void Workbench::GiveUpRun() {
+  if (session_.activity() != Activity::kDenoising || !queue_.idle()) return;
+  session_.FinishDenoise(std::nullopt);
+  emit activityChanged();
+}
+
+void Workbench::EngineJobEnded(const std::function<void(bool wanted)>& show) {
+  const PreviewQueue::Outcome outcome = queue_.Finished();
+  show(outcome.wanted);
+  Follow(outcome.next);
+  GiveUpRun();
+  emit previewStateChanged();
+  StartBatchWhenFree();
+}
+
+}  // namespace mirellon::ui

@@ -1,0 +1,91 @@
+// The photograph in work and the jobs done on it, without any widget.
+#pragma once
+
+#include <QObject>
+#include <filesystem>
+#include <functional>
+#include <memory>
+
+#include "base/run_control.h"
+#include "engine/engine_context.h"
+#include "ui/background_worker.h"
+#include "ui/model/document_session.h"
+#include "ui/model/photo_jobs.h"
+#include "ui/model/preview_queue.h"
+#include "ui/model/shared_progress.h"
+
+namespace mirellon::ui {
+
+// Lives on the window's thread, never blocks it. What a job has made is told from the event loop. The engine
+// does one job at a time, files are read and written beside it.
+class Workbench : public QObject {
+  Q_OBJECT
+
+ public:
+  // `context` is the application's; nobody else runs the engine with it.
+  Workbench(engine::EngineContext& context, std::filesystem::path applicationData);
+  // Stops every job and waits for it.
+  ~Workbench() override;
+  Workbench(const Workbench&) = delete;
+  Workbench& operator=(const Workbench&) = delete;
+
+  // Each is refused (false) while the session forbids it.
+  bool Load(const std::filesystem::path& path);
+  bool Denoise(const engine::DenoiseParameters& parameters, std::uint32_t quality);
+  bool Save(const std::filesystem::path& target, int jpegQuality);
+  bool Close();
+
+  // A preview with these settings, as soon as the engine is free; the one before is not made any more.
+  void WishPreview(const PreviewWish& wish);
+  // Nothing is previewed any more.
+  void DropPreview();
+
+  // Stops what is being done, a preview excepted. A load goes on unseen, its photograph is dropped.
+  void Abort();
+  // For a batch: the engine is wanted elsewhere. Calls `ready` once no job uses it any more.
+  bool BeginBatch(std::function<void()> ready);
+  void FinishBatch();
+
+  [[nodiscard]] const DocumentSession& session() const { return session_; }
+  // Of the activity, or of the preview where there is none.
+  [[nodiscard]] int progressPermille() const { return progress_.Permille(); }
+  [[nodiscard]] bool previewing() const { return !queue_.idle() && session_.activity() == Activity::kIdle; }
+  // Nothing runs.
+  [[nodiscard]] bool idle() const { return queue_.idle() && session_.activity() == Activity::kIdle; }
+
+ signals:
+  void activityChanged();
+  void photographChanged();  // opened or closed
+  void resultChanged();
+  void previewReady(const mirellon::ui::PictureRect& rect, const mirellon::ui::SharedDisplay& preview);
+  void previewStateChanged();  // one was begun or ended
+  void loadFailed(const std::filesystem::path& path, const mirellon::imageio::LoadReport& report);
+  void denoiseFailed();  // out of memory; not after Abort
+  void saved(const mirellon::imageio::SaveReport& report);
+  void saveFailed(const std::filesystem::path& target, const mirellon::imageio::SaveReport& report);
+
+ private:
+  void Loaded(unsigned number, const std::filesystem::path& path, LoadOutcome outcome);
+  void Follow(PreviewQueue::Action action);
+  void StartJob();
+  void StartPreview(const PreviewWish& wish);
+  void StartRun();
+  void EngineJobEnded(const std::function<void(bool wanted)>& show);
+  // A run that was stopped before it began leaves nothing that would end it.
+  void GiveUpRun();
+  void StartBatchWhenFree();
+
+  engine::EngineContext& context_;
+  std::filesystem::path applicationData_;
+  DocumentSession session_;
+  PreviewQueue queue_;
+  PreviewWish run_;  // parameters and quality of the run that waits or is in work
+  SharedProgress progress_;
+  base::RunControl saveControl_;
+  bool aborted_ = false;  // the run, by its user
+  std::function<void()> batchReady_;
+  BackgroundWorker files_;
+  BackgroundWorker engine_;
+};
+
+}  // namespace mirellon::ui

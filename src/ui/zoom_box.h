@@ -1,0 +1,26 @@
+// The toolbar's zoom list.
+#pragma once
+
+#include <QComboBox>
+
+namespace mirellon::ui {
+
+// Shows the zoom, offers the usual ones, and takes any that is typed.
+class ZoomBox : public QComboBox {
+  Q_OBJECT
+
+ public:
+  explicit ZoomBox(QWidget* parent = nullptr);
+
+  void ShowZoom(double zoom);
+
+ signals:
+  void zoomChosen(double zoom);
+
+ private:
+  void Choose();
+
+  double shown_ = 1.0;
+};
+
+}  // namespace mirellon::ui

@@ -1,0 +1,127 @@
+#include "ui/image_view.h"
+
+#include <QSignalSpy>
+#include <QTest>
+#include <QWheelEvent>
+
+#include <gtest/gtest.h>
+
+#include "support/test_pictures.h"
+
+namespace mirellon::ui {
+namespace {
+
+class ImageViewTest : public ::testing::Test {
+ protected:
+  ImageViewTest() {
+    view.resize(600, 400);
+    view.show();
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(&view));
+    view.ShowPhotograph(MakeDisplay(test::PhotoLikePicture(1200, 800, 3, 8, 5)));
+  }
+
+  void Turn(const QPointF& at, int delta) {
+    QWheelEvent event(at, view.mapToGlobal(at), {}, QPoint(0, delta), Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(&view, &event);
+  }
+  void Drag(const QPoint& from, const QPoint& to) {
+    QTest::mousePress(&view, Qt::LeftButton, {}, from);
+    QMouseEvent move(QEvent::MouseMove, to, view.mapToGlobal(to), Qt::NoButton, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(&view, &move);
+    QTest::mouseRelease(&view, Qt::LeftButton, {}, to);
+  }
+
+  ImageView view;
+};
+
+TEST_F(ImageViewTest, ZoomsByWheelKeysListAndDoubleClick) {
+  EXPECT_DOUBLE_EQ(view.geometry().zoom(), 0.5);
+  QSignalSpy zooms(&view, &ImageView::zoomChanged);
+  Turn({300, 200}, 120);
+  EXPECT_DOUBLE_EQ(view.geometry().zoom(), 0.6);
+  Turn({300, 200}, -60);
+  Turn({300, 200}, -60);
+  EXPECT_DOUBLE_EQ(view.geometry().zoom(), 0.5) << "half notches count together";
+  view.SetZoom(1.0);
+  view.ZoomIn();
+  EXPECT_DOUBLE_EQ(view.geometry().zoom(), 1.2);
+  EXPECT_DOUBLE_EQ(zooms.last().first().toDouble(), 1.2);
+  QTest::mouseDClick(&view, Qt::LeftButton);
+  EXPECT_DOUBLE_EQ(view.geometry().zoom(), 0.5);
+}
+
+TEST_F(ImageViewTest, DragsThePhotographOrTheRectangle) {
+  view.SetZoom(1.0);
+  Drag({100, 100}, {130, 80});
+  EXPECT_DOUBLE_EQ(view.geometry().centreX(), 570.0);
+  EXPECT_DOUBLE_EQ(view.geometry().centreY(), 420.0);
+  view.Fit();
+  view.PlaceRectangle();
+  QSignalSpy changed(&view, &ImageView::rectangleChanged);
+  Drag({300, 200}, {310, 190});
+  ASSERT_EQ(changed.count(), 1);
+  EXPECT_EQ(view.rectangle().rect()->left, 280 + 20) << "two pixels of the photograph for one of the view";
+  EXPECT_EQ(view.rectangle().rect()->top, 160 - 20);
+  EXPECT_DOUBLE_EQ(view.geometry().centreX(), 600.0);
+}
+
+TEST_F(ImageViewTest, PlacesARectangleWithThePicker) {
+  QSignalSpy changed(&view, &ImageView::rectangleChanged);
+  view.SetPicking(true);
+  Drag({10, 20}, {110, 70});
+  ASSERT_EQ(changed.count(), 1);
+  EXPECT_FALSE(view.picking()) << "once";
+  const PictureRect rect = view.rectangle().rect().value();
+  EXPECT_NEAR(rect.left, 20, 2);
+  EXPECT_NEAR(rect.right, 220, 2);
+  EXPECT_NEAR(rect.bottom, 140, 2);
+  view.SetPicking(true);
+  QTest::mouseClick(&view, Qt::LeftButton, {}, {300, 200});
+  EXPECT_EQ(view.rectangle().rect()->right - view.rectangle().rect()->left, PreviewRectangle::kWidth);
+}
+
+TEST_F(ImageViewTest, RefusesEverythingWhileLockedOrEmpty) {
+  const auto nothingHappens = [this](int shown) {
+    const double zoom = view.geometry().zoom();
+    view.ZoomIn();
+    view.SetZoom(3.0);
+    Turn({300, 200}, 120);
+    QTest::mouseDClick(&view, Qt::LeftButton);
+    QTest::mousePress(&view, Qt::RightButton);
+    EXPECT_EQ(view.shown(), shown);
+    QTest::mouseRelease(&view, Qt::RightButton);
+    EXPECT_DOUBLE_EQ(view.geometry().zoom(), zoom);
+  };
+  view.SetZoom(0.7);
+  view.SetLocked(true);
+  nothingHappens(kDrawResult);
+  view.SetLocked(false);
+  view.ShowPhotograph(nullptr);
+  nothingHappens(kDrawNothing);
+  EXPECT_EQ(view.grab().toImage().pixelColor(5, 5), QColor(35, 35, 35));
+}
+
+TEST_F(ImageViewTest, ComparesInEveryMode) {
+  view.ShowPhotograph(MakeDisplay(test::ConstantPicture(600, 400, 3, 8, 200)));
+  view.ShowResult(MakeDisplay(test::ConstantPicture(600, 400, 3, 8, 100)));
+  view.SetZoom(1.0);
+  const auto greyAt = [this](int x) { return view.grab().toImage().pixelColor(x, 100).red(); };
+  EXPECT_EQ(greyAt(20), 100);
+  QTest::mousePress(&view, Qt::RightButton);
+  EXPECT_EQ(greyAt(20), 200);
+  QTest::mouseRelease(&view, Qt::RightButton);
+  view.SetMode(ViewMode::kSplit);
+  EXPECT_EQ(greyAt(20), 200);
+  EXPECT_EQ(greyAt(500), 100);
+  Drag({300, 100}, {550, 100});
+  EXPECT_EQ(greyAt(500), 200) << "the line was dragged";
+  view.SetMode(ViewMode::kSideBySide);
+  EXPECT_EQ(greyAt(100), 200);
+  EXPECT_EQ(greyAt(500), 100);
+  view.SetMode(ViewMode::kNoise);
+  EXPECT_EQ(greyAt(300), 255) << "128 + 4 * 100, held";
+}
+
+}  // namespace
+}  // namespace mirellon::ui

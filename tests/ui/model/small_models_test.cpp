@@ -1,0 +1,140 @@
+// The models that take no more than a table each.
+#include <gtest/gtest.h>
+
+#include "support/temporary_folder.h"
+#include "ui/model/folder_walk.h"
+#include "ui/model/parameter_history.h"
+#include "ui/model/preview_rectangle.h"
+#include "ui/model/recent_files.h"
+#include "ui/model/typed_value.h"
+#include "ui/model/view_texts.h"
+#include "ui/model/window_place.h"
+
+namespace mirellon::ui {
+namespace {
+
+TEST(ViewTextsTest, WritesAndReadsZooms) {
+  EXPECT_EQ(ZoomText(1.0), "100.0 %");
+  EXPECT_EQ(ZoomText(2.0 / 3.0), "66.7 %");
+  EXPECT_EQ(ZoomText(6.1917364224), "619.2 %");
+  for (const char* text : {"66.7 %", "66.7", " 66,7% "})
+    EXPECT_DOUBLE_EQ(ZoomOfText(text).value_or(0), 0.667);
+  for (const char* text : {"", "%", "abc", "-5 %", "0", "1 2 x", "nan", "inf"})
+    EXPECT_FALSE(ZoomOfText(text));
+  EXPECT_DOUBLE_EQ(ZoomOfText("1e9").value_or(0), 32.0);
+}
+
+TEST(ViewTextsTest, NamesThePhotographInTheTitle) {
+  EXPECT_EQ(WindowTitle({}), L"Mirellon");
+  EXPECT_EQ(WindowTitle("/p/\xC3\xA4\n.jpg"), L"Mirellon - /p/\u00E4?.jpg");
+}
+
+TEST(PreviewRectangleTest, StaysInsideThePhotograph) {
+  PreviewRectangle rectangle;
+  rectangle.PlaceAt(5, 5);
+  EXPECT_FALSE(rectangle.rect()) << "there is no photograph";
+  rectangle.SetPicture(2000, 1000);
+  const auto is = [&](int left, int top, int right, int bottom) {
+    const auto& rect = rectangle.rect();
+    return rect && rect->left == left && rect->top == top && rect->right == right && rect->bottom == bottom;
+  };
+  rectangle.PlaceAt(1000, 500);
+  EXPECT_TRUE(is(680, 260, 1320, 740));
+  rectangle.MoveBy(-5000, 100);
+  EXPECT_TRUE(is(0, 360, 640, 840));
+  rectangle.PlaceBetween(1990, 990, 1500, 700);
+  EXPECT_TRUE(is(1500, 700, 1990, 990));
+  rectangle.PlaceBetween(100, 100, 101, 5000);
+  EXPECT_TRUE(is(100, 0, 116, 1000)) << "grown, and held";
+  EXPECT_TRUE(rectangle.Contains(100, 0));
+  EXPECT_FALSE(rectangle.Contains(116, 0));
+  rectangle.SetPicture(10, 7);
+  EXPECT_FALSE(rectangle.rect());
+  rectangle.PlaceAt(9, 9);
+  EXPECT_TRUE(is(0, 0, 10, 7));
+}
+
+TEST(TypedValueTest, IsHeldToTheSlider) {
+  const profiles::SliderRow& strength = profiles::RowOf(profiles::Slider::kStrength);
+  EXPECT_DOUBLE_EQ(TypedValue(strength, "0.2").value_or(-1), 1.0);
+  EXPECT_DOUBLE_EQ(TypedValue(strength, "22,5 ").value_or(-1), 22.5);
+  EXPECT_DOUBLE_EQ(TypedValue(profiles::RowOf(profiles::Slider::kDynamics), "-1.5").value_or(-1), -1.5);
+  for (const char* text : {"ten", "", "1 2x", "nan"}) EXPECT_FALSE(TypedValue(strength, text)) << text;
+}
+
+TEST(ParameterHistoryTest, TakesBackCompleteChanges) {
+  ParameterHistory history;
+  engine::DenoiseParameters parameters;
+  history.Start(parameters);
+  EXPECT_FALSE(history.CanUndo());
+  parameters.m_dImmerkaerY = 3.0;
+  history.Record(parameters);
+  EXPECT_FALSE(history.CanUndo()) << "of no effect";
+  for (const double strength : {11.0, 12.0, 13.0}) {
+    parameters.m_dStrength = strength;
+    history.Record(parameters);
+  }
+  EXPECT_EQ(history.Undo()->m_dStrength, 12.0);
+  EXPECT_EQ(history.Undo()->m_dStrength, 11.0);
+  EXPECT_EQ(history.Redo()->m_dStrength, 12.0);
+  parameters.m_iUseMedian = 1;
+  history.Record(parameters);
+  EXPECT_FALSE(history.CanRedo()) << "what was taken back is gone";
+  EXPECT_EQ(history.Undo()->m_dStrength, 12.0);
+  for (int i = 0; i < 1000; ++i) {
+    parameters.m_dStrength = i;
+    history.Record(parameters);
+  }
+  int steps = 0;
+  while (history.Undo()) ++steps;
+  EXPECT_EQ(steps, static_cast<int>(ParameterHistory::kMostStates) - 1);
+}
+
+TEST(RecentFilesTest, KeepsTheNewestOnceAcrossRuns) {
+  const test::TemporaryFolder folder;
+  const std::filesystem::path ini = folder / "sub" / "settings.txt";
+  RecentFiles files;
+  for (int i = 0; i < 15; ++i) files.Add("/p/" + std::to_string(i) + ".jpg");
+  files.Add("/p/9.jpg");
+  files.Add("/p/line\nbreak.jpg");
+  files.Add("/p/ \xC3\xA4;=[x].jpg");
+  EXPECT_EQ(files.files().size(), RecentFiles::kMost);
+  ASSERT_FALSE(files.Store(ini));
+  ASSERT_FALSE(StoreWindowPlace(ini, {"abc+/="}));
+  RecentFiles again;
+  again.Load(ini);
+  std::vector<std::filesystem::path> expected = files.files();
+  expected.erase(expected.begin() + 1);
+  EXPECT_EQ(again.files(), expected) << "all but the one that an ini file cannot hold";
+  EXPECT_EQ(expected[1], "/p/9.jpg");
+  EXPECT_EQ(LoadWindowPlace(ini).geometry, "abc+/=");
+  again.Clear();
+  ASSERT_FALSE(again.Store(ini));
+  files.Load(ini);
+  EXPECT_TRUE(files.files().empty());
+}
+
+TEST(FolderWalkTest, WalksImagesByName) {
+  const test::TemporaryFolder folder;
+  for (const char* name : {"a.JPG", "b.txt", "c.png", "d.jpeg", "e.Tif", "\xFF.bmp"})
+    test::WriteBytes(folder / name, "x");
+  std::filesystem::create_directory(folder / "d.png");
+  struct Case {
+    const char* from;
+    const char* next;
+    const char* previous;
+  };
+  for (const Case& c : {Case{"a.JPG", "c.png", nullptr}, Case{"c.png", "e.Tif", "a.JPG"},
+                        Case{"d.jpeg", "e.Tif", "c.png"}, Case{"e.Tif", "\xFF.bmp", "c.png"},
+                        Case{"\xFF.bmp", nullptr, "e.Tif"}, Case{"gone.jpg", "\xFF.bmp", "e.Tif"}}) {
+    const auto expected = [&](const char* name) {
+      return name == nullptr ? std::filesystem::path() : folder / name;
+    };
+    EXPECT_EQ(Neighbour(folder / c.from, Step::kNext), expected(c.next)) << c.from;
+    EXPECT_EQ(Neighbour(folder / c.from, Step::kPrevious), expected(c.previous)) << c.from;
+  }
+  EXPECT_TRUE(Neighbour(folder / "missing" / "a.jpg", Step::kNext).empty());
+}
+
+}  // namespace
+}  // namespace mirellon::ui

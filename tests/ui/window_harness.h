@@ -1,0 +1,73 @@
+// A main window with files of its own and a user that follows a script.
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "picture/pic_buf.h"
+#include "support/temporary_folder.h"
+#include "ui/desktop_context.h"
+#include "ui/main_window.h"
+
+namespace mirellon::test {
+
+// Answers from queues; without an answer, everything is cancelled. Remembers what it was told.
+class ScriptedDialogs : public ui::Dialogs {
+ public:
+  void ShowMessage(const std::wstring& text, const std::wstring& caption, base::MessageKind kind) override;
+  std::optional<std::filesystem::path> AskOpenPath(const std::wstring& title) override;
+  std::optional<std::filesystem::path> AskSavePath(const std::wstring& title,
+                                                   const std::filesystem::path& proposal) override;
+  std::optional<ui::SaveAnswer> AskSave(const ui::SaveQuestion& question) override;
+  std::optional<std::filesystem::path> AskFolder(const std::wstring& title,
+                                                 const std::filesystem::path& start) override;
+  std::optional<int> AskBatchOptions(int jpegQuality) override;
+  std::optional<ui::ProfileName> AskProfileName(const ui::ProfileNameQuestion& question) override;
+  std::optional<int> AskChoice(const std::wstring& text, const std::wstring& caption,
+                               const std::vector<std::wstring>& answers) override;
+
+  std::vector<std::wstring> messages;
+  std::vector<std::wstring> questions;
+  std::vector<ui::SaveQuestion> saveQuestions;
+  std::deque<std::filesystem::path> openPaths;
+  std::deque<ui::SaveAnswer> saveAnswers;
+  std::deque<ui::ProfileName> profileNames;
+  std::deque<int> choices;
+  std::deque<std::filesystem::path> folders;
+  std::deque<int> batchQualities;
+};
+
+class WindowHarness {
+ public:
+  WindowHarness();
+
+  // A photograph of its own in the folder.
+  std::filesystem::path WritePhotograph(const std::string& name, const picture::SBxPicBuf& picture);
+  // Opens it and waits until it is there and previewed.
+  void Open(const std::filesystem::path& photograph);
+  void WaitUntilIdle();
+  void Do(ui::Command command) { window->Do(command); }
+
+  template <typename Widget>
+  [[nodiscard]] Widget* Find(const char* name) {
+    return window->findChild<Widget*>(QString::fromLatin1(name));
+  }
+  [[nodiscard]] QAction* Action(ui::Command command);
+  [[nodiscard]] const ui::DocumentSession& session() const { return window->workbench().session(); }
+
+  TemporaryFolder folder;
+  ScriptedDialogs dialogs;
+  engine::EngineContext engine;
+  settings::AppSettings settings;
+  settings::Localization localization;
+  ui::DesktopContext context;
+  std::unique_ptr<ui::MainWindow> window;
+};
+
+// Runs the event loop until the condition holds; false after half a minute.
+[[nodiscard]] bool WaitFor(const std::function<bool()>& condition);
+
+}  // namespace mirellon::test

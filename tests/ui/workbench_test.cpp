@@ -1,0 +1,112 @@
+#include "ui/workbench.h"
+
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+#include "support/test_pictures.h"
+#include "ui/window_harness.h"
+
+namespace mirellon::ui {
+namespace {
+
+using test::WaitFor;
+
+class WorkbenchTest : public ::testing::Test {
+ protected:
+  WorkbenchTest() : workbench(engine, folder / "config") { engine.processorCount = 2; }
+
+  void Open(const picture::SBxPicBuf& picture) {
+    const auto file = folder / "photo.png";
+    ASSERT_FALSE(imageio::WriteImageFile(picture, file, {}, 95, {}));
+    ASSERT_TRUE(workbench.Load(file));
+    ASSERT_TRUE(WaitFor([&] { return workbench.idle(); }));
+    ASSERT_TRUE(workbench.session().hasImage());
+  }
+
+  test::TemporaryFolder folder;
+  engine::EngineContext engine;
+  Workbench workbench;
+};
+
+TEST_F(WorkbenchTest, PreviewShowsWhatTheRunWillBring) {
+  for (const int components : {3, 1}) {
+    Open(test::PhotoLikePicture(500, 400, components, 8, 3));
+    PreviewWish wish;
+    wish.rect = {101, 57, 260, 190};
+    wish.parameters.m_dStrength = 27.77;  // not a whole number of twentieths
+    wish.parameters.m_dSharp1 = 1.4;
+    SharedDisplay preview;
+    const auto shown =
+        QObject::connect(&workbench, &Workbench::previewReady,
+                         [&](const PictureRect&, const SharedDisplay& made) { preview = made; });
+    workbench.WishPreview(wish);
+    ASSERT_TRUE(WaitFor([&] { return preview != nullptr; }));
+    ASSERT_TRUE(workbench.Denoise(wish.parameters, wish.quality));
+    ASSERT_TRUE(WaitFor([&] { return workbench.session().denoised(); }));
+    const picture::PicBuf whole = test::CopyOf(workbench.session().resultDisplay()->level(0));
+    const picture::PicBuf part = test::MadeOf(159, 133, 3, 8, [&](int x, int y, int c) {
+      return test::Sample(whole, x + wish.rect.left, y + wish.rect.top, c);
+    });
+    EXPECT_TRUE(test::SamePicture(preview->level(0), part));
+    QObject::disconnect(shown);
+  }
+}
+
+TEST_F(WorkbenchTest, OnlyTheLatestPreviewIsShown) {
+  Open(test::PhotoLikePicture(1600, 1200, 3, 8, 3));
+  std::vector<int> shown;
+  QObject::connect(&workbench, &Workbench::previewReady,
+                   [&](const PictureRect& rect, const SharedDisplay&) { shown.push_back(rect.left); });
+  for (int i = 0; i < 20; ++i) {
+    PreviewWish wish;
+    wish.rect = {i, 0, i + 1000, 1000};
+    wish.quality = engine::kQualitySuperior;
+    workbench.WishPreview(wish);
+  }
+  ASSERT_TRUE(WaitFor([&] { return workbench.idle(); }));
+  EXPECT_EQ(shown, std::vector<int>{19});
+}
+
+TEST_F(WorkbenchTest, ARunThatIsStoppedBeforeItBeganEnds) {
+  Open(test::PhotoLikePicture(1600, 1200, 3, 8, 3));
+  PreviewWish wish;
+  wish.rect = {0, 0, 1500, 1100};
+  wish.quality = engine::kQualitySuperior;
+  workbench.WishPreview(wish);
+  ASSERT_TRUE(workbench.Denoise(wish.parameters, wish.quality));
+  QSignalSpy failures(&workbench, &Workbench::denoiseFailed);
+  workbench.Abort();
+  ASSERT_TRUE(WaitFor([&] { return workbench.idle(); }));
+  EXPECT_FALSE(workbench.session().denoised());
+  EXPECT_EQ(failures.count(), 0);
+}
+
+TEST_F(WorkbenchTest, AnAbortedLoadChangesNothing) {
+  Open(test::PhotoLikePicture(40, 30, 3, 8, 3));
+  const auto source = workbench.session().photograph().source;
+  QSignalSpy failures(&workbench, &Workbench::loadFailed);
+  ASSERT_TRUE(workbench.Load(folder / "photo.png"));
+  workbench.Abort();
+  EXPECT_EQ(workbench.session().activity(), Activity::kIdle);
+  ASSERT_TRUE(workbench.Load(folder / "missing.png"));
+  ASSERT_TRUE(WaitFor([&] { return failures.count() == 1; }));
+  EXPECT_EQ(workbench.session().photograph().source, source);
+}
+
+TEST_F(WorkbenchTest, BatchWaitsForTheEngine) {
+  Open(test::PhotoLikePicture(1600, 1200, 3, 8, 3));
+  PreviewWish wish;
+  wish.rect = {0, 0, 1500, 1100};
+  workbench.WishPreview(wish);
+  bool ready = false;
+  ASSERT_TRUE(workbench.BeginBatch([&] { ready = true; }));
+  EXPECT_FALSE(ready);
+  ASSERT_TRUE(WaitFor([&] { return ready; }));
+  EXPECT_FALSE(engine.control.Aborted());
+  workbench.FinishBatch();
+  EXPECT_TRUE(workbench.idle());
+}
+
+}  // namespace
+}  // namespace mirellon::ui
