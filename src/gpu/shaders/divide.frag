@@ -1,0 +1,6 @@
+uniform sampler2D	texDbl1;
+uniform sampler2D	texDbl2;
+void main()
+{
+   gl_FragColor.xyz = texture2D(texDbl2, gl_TexCoord[0].xy).xyz  / texture2D(texDbl1, gl_TexCoord[0].xy).xyz;
+}

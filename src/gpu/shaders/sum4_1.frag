@@ -1,0 +1,9 @@
+uniform sampler2D	texture0;
+void main()
+{
+   gl_FragColor.x =
+   (texture2D(texture0, gl_TexCoord[0].xy).x +
+   texture2D(texture0, gl_TexCoord[1].xy).x +
+   texture2D(texture0, gl_TexCoord[2].xy).x +
+   texture2D(texture0, gl_TexCoord[3].xy).x);
+}
