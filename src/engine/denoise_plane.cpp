@@ -3,8 +3,8 @@
 #include <cmath>
 #include <cstddef>
 #include <cstring>
-#include <utility>
 
+#include "engine/card_jobs.h"
 #include "engine/noise_estimate.h"
 #include "engine/picture_view.h"
 #include "engine/similarity_kernel.h"
@@ -20,31 +20,6 @@ using picture::SBxPicBuf;
 
 int EvenUp(int side) {
   return side + side % 2;
-}
-
-// The high bytes of a 16-bit plane; empty when memory was refused.
-PicBuf HighBytes(const PicBuf& plane) {
-  PicBuf bytes(plane->width, plane->height, 1, 8);
-  if (bytes.empty()) return bytes;
-  for (int y = 0; y < plane->height; ++y) {
-    const auto* from = Row<std::uint16_t>(plane, y);
-    auto* to = Row<std::uint8_t>(bytes, y);
-    for (std::ptrdiff_t x = 0; x < plane->width; ++x) to[x] = static_cast<std::uint8_t>(from[x] >> 8U);
-  }
-  return bytes;
-}
-
-// True = the card is not to be used, or failed.
-bool FilterOnCard(EngineContext& context, PicBuf& plane, const PlaneJob& job, const PlaneSettings& settings) {
-  if (!settings.useGpu || context.card == nullptr || !context.card->HardwareUsable()) return true;
-  PicBuf result(plane, 1);
-  if (result.empty()) return true;
-  PlaneJob apart = job;
-  apart.destination = &result.record();
-  apart.noiseLevel = EffectiveNoiseLevel(settings.noiseLevel, settings.dynamics, *job.guide);
-  if (context.card->FilterPlane(apart)) return true;
-  plane = std::move(result);
-  return false;
 }
 
 int FilterOnProcessor(EngineContext& context, const PlaneJob& job, const PlaneSettings& settings) {
@@ -88,6 +63,17 @@ PicBuf PaddedPlane(int width, int height, int bits) {
   return plane;
 }
 
+PicBuf HighBytes(const SBxPicBuf& plane) {
+  PicBuf bytes(plane.width, plane.height, 1, 8);
+  if (bytes.empty()) return bytes;
+  for (int y = 0; y < plane.height; ++y) {
+    const auto* from = Row<std::uint16_t>(plane, y);
+    auto* to = Row<std::uint8_t>(bytes, y);
+    for (std::ptrdiff_t x = 0; x < plane.width; ++x) to[x] = static_cast<std::uint8_t>(from[x] >> 8U);
+  }
+  return bytes;
+}
+
 int FilterPaddedPlane(EngineContext& context, PicBuf& plane, const PlaneSettings& settings) {
   PicBuf highBytes;
   if (plane->bitsPerComponent != 8) {
@@ -98,7 +84,16 @@ int FilterPaddedPlane(EngineContext& context, PicBuf& plane, const PlaneSettings
   const PlaneJob job{
       &plane.record(),         &plane.record(),         &guide, settings.strength, settings.quality,
       2.0 * settings.dynamics, settings.progressWindow, 0.0};
-  if (!FilterOnCard(context, plane, job, settings)) return 0;
+  if (settings.useGpu) {
+    switch (FilterPlaneOnCard(context, plane, job, settings)) {
+      case CardAnswer::kDone:
+        return 0;
+      case CardAnswer::kHandedBack:
+        return kCardGaveUp;
+      case CardAnswer::kLeftToProcessor:
+        break;
+    }
+  }
   return FilterOnProcessor(context, job, settings);
 }
 

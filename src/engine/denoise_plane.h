@@ -23,7 +23,11 @@ struct PlaneSettings {
 // what that adds, anything elsewhere. Empty when memory was refused.
 [[nodiscard]] picture::PicBuf PaddedPlane(int width, int height, int bits);
 
-// Filters such a plane in place. Aborted: whatever it then holds. Returns 0, or 1 when memory was refused.
+// The 8-bit guide of a 16-bit plane: its high bytes. Empty when memory was refused.
+[[nodiscard]] picture::PicBuf HighBytes(const picture::SBxPicBuf& plane);
+
+// Filters such a plane in place. Aborted: whatever it then holds. Returns 0, or 1 when memory was refused, or
+// kCardGaveUp (card_jobs.h).
 [[nodiscard]] int FilterPaddedPlane(EngineContext& context, picture::PicBuf& plane,
                                     const PlaneSettings& settings);
 

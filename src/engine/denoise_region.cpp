@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <utility>
 
+#include "engine/card_jobs.h"
 #include "engine/chroma_large.h"
 #include "engine/denoise_plane.h"
 #include "engine/picture_view.h"
@@ -132,11 +133,12 @@ bool LargePass(const DenoiseRequest& request) {
   return request.strengthChromaLarge > 1.0;
 }
 
-// Twice the given noise level, for chrominance only.
-int FilterChrominance(EngineContext& context, const DenoiseRequest& request, PartPlane& chrominance) {
+// Twice the given noise level, for chrominance only. `filtered`: the card did that already.
+int FilterChrominance(EngineContext& context, const DenoiseRequest& request, PartPlane& chrominance,
+                      bool filtered) {
   const double noiseLevel = request.noiseLevels[1] * 2.0;
-  const int failed =
-      FilterPaddedPlane(context, chrominance.plane, SettingsOf(request, request.strengthChroma, noiseLevel));
+  const PlaneSettings settings = SettingsOf(request, request.strengthChroma, noiseLevel);
+  const int failed = filtered ? 0 : FilterPaddedPlane(context, chrominance.plane, settings);
   if (failed != 0 || context.control.Aborted() || !LargePass(request)) return failed;
   SBxPicBuf unpadded = chrominance.View();
   return DenoiseChromaLarge(context, unpadded,
@@ -151,13 +153,21 @@ int DenoiseColour(EngineContext& context, const DenoiseRequest& request, const S
     if (plane.Allocate({0, 0, input.width, input.height}, input.bitsPerComponent)) return 1;
   }
   bytes ? SplitColour<std::uint8_t>(input, yuv) : SplitColour<std::uint16_t>(input, yuv);
+  // A card filters all three at once.
+  bool filtered = false;
+  if (request.useGpu) {
+    const CardAnswer answer =
+        FilterColourOnCard(context, {&yuv[0].plane, &yuv[1].plane, &yuv[2].plane}, request);
+    if (answer == CardAnswer::kHandedBack) return kCardGaveUp;
+    filtered = answer == CardAnswer::kDone;
+  }
   if (yuv[0].Shrink(needed)) return 1;
-  int failed =
-      FilterPaddedPlane(context, yuv[0].plane, SettingsOf(request, request.strength, request.noiseLevels[0]));
+  const PlaneSettings settings = SettingsOf(request, request.strength, request.noiseLevels[0]);
+  int failed = filtered ? 0 : FilterPaddedPlane(context, yuv[0].plane, settings);
   for (std::size_t c = 1; c <= 2 && failed == 0 && !context.control.Aborted(); ++c) {
     // The large-scale pass sees all of the region.
     if (!LargePass(request) && yuv[c].Shrink(needed)) return 1;
-    failed = FilterChrominance(context, request, yuv[c]);
+    failed = FilterChrominance(context, request, yuv[c], filtered);
   }
   if (failed != 0 || context.control.Aborted()) return failed;
   bytes ? JoinColour<std::uint8_t>(yuv, wanted, output) : JoinColour<std::uint16_t>(yuv, wanted, output);

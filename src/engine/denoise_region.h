@@ -10,7 +10,7 @@ namespace mirellon::engine {
 // Runs the pipeline of `request` on tile.outer of `source` and writes tile.inner of the result to
 // `destination` at the same place: a picture of the same geometry, with storage. The pictures named in the
 // request are not read, its progress and threads are used. Aborted: what is written is the source. Returns 0,
-// or 1 when memory was refused: nothing is written then.
+// 1 when memory was refused, or kCardGaveUp (card_jobs.h): nothing is written then.
 [[nodiscard]] int DenoiseRegion(EngineContext& context, const DenoiseRequest& request,
                                 const picture::SBxPicBuf& source, const Tile& tile,
                                 picture::SBxPicBuf& destination);

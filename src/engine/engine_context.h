@@ -1,6 +1,7 @@
 // What all engine calls of one program share.
 #pragma once
 
+#include <array>
 #include <cstdint>
 
 #include "base/progress_sink.h"
@@ -23,6 +24,22 @@ struct PlaneJob {
   double dynamicity = 0.0;                       // twice m_dDynamics
   base::ProgressSink* progressWindow = nullptr;  // null: no progress
   double noiseLevel = 0.0;  // the effective one; only a card reads it, and only one is given it
+  const base::RunControl* control = nullptr;  // only a card is given one; null: never aborted
+};
+
+// The three planes of a colour picture for a card, Y, U and V, each as above. The guides have 8 bits.
+struct ColourJob {
+  std::array<picture::SBxPicBuf*, 3> destination{};  // with storage, apart from the sources
+  std::array<const picture::SBxPicBuf*, 3> source{};
+  std::array<const picture::SBxPicBuf*, 3> guide{};
+  double strength = 0.0;
+  double strengthChroma = 0.0;
+  std::uint32_t quality = 0;
+  double dynamicity = 0.0;
+  base::ProgressSink* progressWindow = nullptr;
+  double noiseLevel = 0.0;
+  double noiseLevelChroma = 0.0;
+  const base::RunControl* control = nullptr;
 };
 
 // The graphics card, as far as the engine knows it.
@@ -35,8 +52,27 @@ class CardFilter {
 
   [[nodiscard]] virtual bool HardwareUsable() const = 0;
   [[nodiscard]] virtual int MaxTileSide() const = 0;  // pixels
-  // True = failed; the processor then filters the plane.
+  // True = failed; the processor then filters the planes. An aborted job is not failed; its destination is
+  // left as it was. The progress advances by one for each displacement.
   [[nodiscard]] virtual bool FilterPlane(const PlaneJob& job) = 0;
+  [[nodiscard]] virtual bool FilterColour(const ColourJob& job) = 0;
+};
+
+// Why a card is no longer asked.
+enum class CardFault : std::uint8_t {
+  kNone,
+  kFailed,       // it says so itself
+  kImplausible,  // a result that no average of the source can be
+  kDisagrees,    // samples of a result differ from the processor's
+};
+
+// What the card did in one run. A fault is final for the run: the processor does that job and all others.
+struct CardRun {
+  int jobs = 0;  // done by the card
+  CardFault fault = CardFault::kNone;
+  bool sampled = false;               // a result was compared with the processor's
+  double sampleDifference = 0.0;      // the mean one then, in 8-bit steps
+  bool processorIsElsewhere = false;  // a failed job is handed back (kCardGaveUp), not done by the processor
 };
 
 // Owned by the application, one per program (tests make one each), handed down by reference.
@@ -45,6 +81,7 @@ struct EngineContext {
   std::uint32_t processorCount = 1;  // threads that a whole-picture run may use
   WeightTableCache weightTables;
   CardFilter* card = nullptr;  // not owned; null: none
+  CardRun cardRun;             // of the current or last whole-picture run; written by whoever uses the card
 };
 
 // The processors that this process may run on (its affinity set), counted modulo 256, at least 1.

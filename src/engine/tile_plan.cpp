@@ -7,6 +7,7 @@
 namespace mirellon::engine {
 
 std::vector<Tile> PlanTiles(int width, int height, int side, int margin) {
+  side = std::max(side, 1);
   std::vector<Tile> tiles;
   for (int top = 0; top < height; top += side) {
     const int bottom = std::min(height - top, side) + top;

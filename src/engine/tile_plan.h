@@ -15,7 +15,7 @@ struct Tile {
   picture::CBxRect<int> outer;
 };
 
-// Tiles of `side` pixels on a grid from the top left corner, row by row. Throws std::bad_alloc.
+// Tiles of `side` pixels (at least 1) on a grid from the top left corner, row by row. Throws std::bad_alloc.
 [[nodiscard]] std::vector<Tile> PlanTiles(int width, int height, int side, int margin);
 
 // Progress steps of one pass: 49, 169 or 441 by quality, divided by the processors (at least 1).

@@ -11,6 +11,7 @@
 
 #include "engine/denoise_image.h"
 #include "engine/denoise_region.h"
+#include "engine/fusion.h"
 #include "engine/parallel_for.h"
 #include "engine/tile_plan.h"
 
@@ -33,7 +34,8 @@ struct RunPlan {
 };
 
 RunPlan PlanRun(const EngineContext& context, const DenoiseRequest& request) {
-  const bool cardUsable = context.card != nullptr && context.card->HardwareUsable();
+  const bool cardUsable = context.card != nullptr && context.card->HardwareUsable() &&
+                          context.card->MaxTileSide() >= kLeastCardTile;
   RunPlan plan{request, kTileSide, 0, 0};
   plan.request.useGpu = request.useGpu && cardUsable;
   plan.request.threads = std::max<std::uint32_t>(context.processorCount, 1);
@@ -61,15 +63,15 @@ bool DenoiseUntiled(EngineContext& context, const RunPlan& plan) {
   return DenoiseImage(context, plan.request) == 0;
 }
 
-// Denoises a tile; one that an aborted run did not reach stays as it was. False when memory was refused.
-bool FinishTile(EngineContext& context, const RunPlan& plan, const Tile& tile) {
+// Denoises a tile; one that an aborted run did not reach stays as it was. Returns what DenoiseRegion does.
+int FinishTile(EngineContext& context, const RunPlan& plan, const Tile& tile) {
   SBxPicBuf& destination = *plan.request.destination;
   if (!context.control.Aborted()) {
-    return DenoiseRegion(context, plan.request, *plan.request.source, tile, destination) == 0;
+    return DenoiseRegion(context, plan.request, *plan.request.source, tile, destination);
   }
   const picture::CBxPoint<int> origin{tile.inner.left, tile.inner.top};
   CBxPicBufAPI::CopyRect(destination, *plan.request.source, origin, origin, SizeOf(tile.inner));
-  return true;
+  return 0;
 }
 
 // Collects the steps of tiles that run side by side, each on one thread, and passes them on from the calling
@@ -105,7 +107,7 @@ bool DenoiseSideBySide(EngineContext& context, const RunPlan& plan, const std::v
   single.request.threads = 1;
   std::atomic<bool> refused{false};
   const auto finish = [&](int i, std::uint32_t) {
-    if (!refused && !FinishTile(context, single, tiles[static_cast<std::size_t>(i)])) refused = true;
+    if (!refused && FinishTile(context, single, tiles[static_cast<std::size_t>(i)]) != 0) refused = true;
   };
   ParallelFor(plan.request.threads, static_cast<int>(count),
               std::ref(finish));  // a copy would ask for memory
@@ -138,15 +140,44 @@ bool DenoiseTiled(EngineContext& context, const RunPlan& plan) {
       plan.request.useGpu ? 0 : TilesSideBySide(tiles.size(), plan.request.threads);
   if (!DenoiseSideBySide(context, plan, tiles, sideBySide)) return false;
   return std::all_of(tiles.begin() + static_cast<std::ptrdiff_t>(sideBySide), tiles.end(),
-                     [&](const Tile& tile) { return FinishTile(context, plan, tile); });
+                     [&](const Tile& tile) { return FinishTile(context, plan, tile) == 0; });
+}
+
+// Processor and card share the tiles. False when memory was refused.
+bool DenoiseFused(EngineContext& context, const RunPlan& plan) {
+  SBxPicBuf& source = *plan.request.source;
+  std::vector<Tile> tiles;
+  try {
+    tiles = PlanTiles(source.width, source.height, plan.tileSide, kFusionMargin);
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+  const auto count = static_cast<int>(tiles.size());
+  StartProgress(plan.request.progressWindow, count + 3);
+  CBxPicBufAPI::ReinitHeap(*plan.request.destination, source);
+  if (plan.request.destination->samples == nullptr) return false;
+  RunPlan onCard = plan;
+  onCard.request.progressWindow = nullptr;  // whole tiles are counted
+  RunPlan onProcessor = onCard;
+  onProcessor.request.useGpu = false;
+  context.cardRun.processorIsElsewhere = true;
+  const auto finish = [&](int tile, TileTaker taker) {
+    return FinishTile(context, taker == TileTaker::kCard ? onCard : onProcessor,
+                      tiles[static_cast<std::size_t>(tile)]);
+  };
+  return ShareTiles(count, plan.request.progressWindow, std::ref(finish));
 }
 
 }  // namespace
 
-bool DenoiseWholePicture(EngineContext& context, const DenoiseRequest& request, bool /*fusion*/) {
+bool DenoiseWholePicture(EngineContext& context, const DenoiseRequest& request, bool fusion) {
   const RunPlan plan = PlanRun(context, request);
+  context.cardRun = {};
   const bool small = request.source->width < plan.tileSide && request.source->height < plan.tileSide;
-  const bool done = small ? DenoiseUntiled(context, plan) : DenoiseTiled(context, plan);
+  const bool fused = fusion && plan.request.useGpu && plan.request.threads > 1;
+  const bool done = small   ? DenoiseUntiled(context, plan)
+                    : fused ? DenoiseFused(context, plan)
+                            : DenoiseTiled(context, plan);
   if (!done) CBxPicBufAPI::DoneHeap(*request.destination);
   return done && !context.control.Aborted();
 }
