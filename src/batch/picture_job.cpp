@@ -8,6 +8,7 @@
 
 #include "base/checked_file.h"
 #include "batch/count_images.h"
+#include "engine/card_jobs.h"
 #include "engine/detail_pyramid.h"
 #include "engine/whole_picture.h"
 #include "imageio/load_image.h"
@@ -194,6 +195,9 @@ class PictureJob {
     watch_.Lap();
     (void)engine::DenoiseWholePicture(state_.engine, request, state_.options.fusion);
     report_.milliseconds.denoise = watch_.Lap();
+    if (std::string note = engine::CardNote(state_.engine.cardRun); !note.empty()) {
+      report_.warnings.push_back(std::move(note));
+    }
     document_.source = picture::PicBuf();  // its memory is wanted now
   }
 

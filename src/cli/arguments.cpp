@@ -11,7 +11,7 @@ namespace {
 
 void AddRunOptions(Parser& parser, DenoiseArguments& arguments) {
   AddQualityOption(parser, "medium", ChoiceReader(kQualityChoices, arguments.quality));
-  AddBackendOption(parser);
+  AddBackendOption(parser, arguments.backend);
   AddThreadsOption(parser, arguments.threads);
   AddJpegQualityOption(parser, arguments.jpegQuality);
 }
@@ -47,6 +47,12 @@ ParseOutcome ParseInfoArguments(std::span<const char* const> args, InfoArguments
   Parser parser("info", "Tells what is known about a photograph: picture, camera, measured noise.");
   parser.AddFile("INPUT", "The photograph", arguments.input);
   AddProfilesOption(parser, arguments.profiles);
+  parser.AddFlag("--json", "Print it as JSON", arguments.json);
+  return parser.Parse(args);
+}
+
+ParseOutcome ParseGpuArguments(std::span<const char* const> args, GpuArguments& arguments) {
+  Parser parser("gpu", "Tells whether the graphics card can be used. Status 0 when it can, 1 when not.");
   parser.AddFlag("--json", "Print it as JSON", arguments.json);
   return parser.Parse(args);
 }

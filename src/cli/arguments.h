@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 
+#include "cli/backend.h"
 #include "cli/parameter_arguments.h"
 #include "engine/parameters.h"
 
@@ -22,6 +23,7 @@ struct DenoiseArguments {
   GivenValues given;               // ... and the values given over it
   std::filesystem::path profiles;  // the profile file; empty: the user's
   std::uint32_t quality = engine::kQualityMedium;
+  Backend backend = Backend::kCpu;
   std::optional<std::uint32_t> threads;  // none: as many as the process may use
   std::optional<int> jpegQuality;        // percent; none: the one stored in the settings file
   bool metadata = true;
@@ -38,6 +40,11 @@ struct InfoArguments {
   bool json = false;
 };
 
+// mirellon-cli gpu
+struct GpuArguments {
+  bool json = false;
+};
+
 // What reading a command's arguments came to.
 struct ParseOutcome {
   enum class Kind { kRun, kHelp, kWrong };
@@ -49,5 +56,6 @@ struct ParseOutcome {
 [[nodiscard]] ParseOutcome ParseDenoiseArguments(std::span<const char* const> args,
                                                  DenoiseArguments& arguments);
 [[nodiscard]] ParseOutcome ParseInfoArguments(std::span<const char* const> args, InfoArguments& arguments);
+[[nodiscard]] ParseOutcome ParseGpuArguments(std::span<const char* const> args, GpuArguments& arguments);
 
 }  // namespace mirellon::cli

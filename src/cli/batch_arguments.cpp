@@ -45,7 +45,7 @@ ParseOutcome ParseBatchArguments(std::span<const char* const> args, BatchArgumen
                   PathReader(arguments.filesFrom));
   AddQualityOption(parser, "the one in the settings, medium at first",
                    ChoiceReader(kQualityChoices, arguments.quality));
-  AddBackendOption(parser);
+  AddBackendOption(parser, arguments.backend);
   AddThreadsOption(parser, arguments.threads);
   AddJpegQualityOption(parser, arguments.jpegQuality);
   parser.AddFlag("--no-metadata", "Do not copy EXIF data and colour profile to the results", noMetadata);

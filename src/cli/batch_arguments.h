@@ -14,6 +14,7 @@ struct BatchArguments {
   std::filesystem::path folder;          // either of the two
   std::filesystem::path filesFrom;       // "-": standard input
   std::optional<std::uint32_t> quality;  // none: the one stored in the settings file
+  Backend backend = Backend::kCpu;
   std::optional<std::uint32_t> threads;  // none: as many as the process may use
   std::optional<int> jpegQuality;        // percent; none: the one stored in the settings file
   bool metadata = true;

@@ -10,6 +10,7 @@
 #include "batch/count_images.h"
 #include "cli/batch_arguments.h"
 #include "cli/batch_report.h"
+#include "cli/card_session.h"
 #include "cli/command_support.h"
 #include "cli/diagnostics.h"
 #include "cli/file_list.h"
@@ -35,9 +36,16 @@ class BatchCommand {
     }
     if (const ExitStatus status = LoadStore(); status != ExitStatus::kDone) return status;
     shell_.engine.processorCount = arguments_.threads.value_or(engine::CountProcessors());
-    const BatchFacts facts{Options().quality, engine::SimdTargetName(), shell_.engine.processorCount};
+    const CardSession session(arguments_.dryRun ? Backend::kCpu : arguments_.backend, arguments_.quiet,
+                              shell_);
+    if (!arguments_.quiet && !session.refusal().empty()) PrintWarning(shell_.err, session.Note());
+    batch::BatchOptions options = Options();
+    options.useGpu = session.useGpu();
+    options.fusion = session.fusion();
+    const BatchFacts facts{options.quality, BackendName(session.backend()), engine::SimdTargetName(),
+                           shell_.engine.processorCount};
     BatchReporter reporter(arguments_, facts, CountAll(), shell_);
-    batch::BatchRun run(shell_.engine, store_, Options(), reporter);
+    batch::BatchRun run(shell_.engine, store_, options, reporter);
     const batch::BatchSummary summary =
         arguments_.folder.empty() ? run.ProcessFiles(files_) : run.ProcessFolder(arguments_.folder);
     reporter.Summarise(summary);

@@ -124,7 +124,7 @@ void BatchReporter::PrintJson(const EntryReport& report) const {
     object["parameters"] = ParametersJson(report.parameters);
     object["quality"] = WordFor(kQualityChoices, static_cast<int>(facts_.quality));
     object["profile"] = ProfileJson(report);
-    object["backend"] = "cpu";
+    object["backend"] = facts_.backend;
     object["simd"] = facts_.simd;
     object["threads"] = facts_.threads;
     const EntryReport::Milliseconds& ms = report.milliseconds;

@@ -18,7 +18,8 @@ namespace mirellon::cli {
 // What all lines of a run have in common.
 struct BatchFacts {
   std::uint32_t quality = engine::kQualityMedium;
-  std::string simd;  // the instruction set in use
+  std::string backend = "cpu";  // what does the work: "cpu", "gpu" or "fusion"
+  std::string simd;             // the instruction set in use
   std::uint32_t threads = 1;
 };
 

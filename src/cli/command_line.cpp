@@ -9,6 +9,7 @@
 #include "cli/batch_command.h"
 #include "cli/denoise_command.h"
 #include "cli/diagnostics.h"
+#include "cli/gpu_command.h"
 #include "cli/info_command.h"
 #include "cli/profiles_command.h"
 #include "engine/simd_target.h"
@@ -24,11 +25,12 @@ struct Command {
   ExitStatus (*run)(std::span<const char* const> args, Shell& shell);
 };
 
-constexpr std::array<Command, 4> kCommands{{
+constexpr std::array<Command, 5> kCommands{{
     {"denoise", "denoise INPUT OUTPUT [options]", "Remove the noise of one photograph", RunDenoise},
     {"batch", "batch FOLDER [options]", "Remove the noise of all photographs of a folder tree", RunBatch},
     {"info", "info INPUT [--json]", "Tell what is known about a photograph", RunInfo},
     {"profiles", "profiles ACTION ...", "Keep sets of values for cameras and ISO speeds", RunProfiles},
+    {"gpu", "gpu [--json]", "Tell whether the graphics card can be used", RunGpu},
 }};
 
 void PrintOverview(std::ostream& out) {

@@ -7,11 +7,13 @@
 #include <system_error>
 
 #include "cli/arguments.h"
+#include "cli/card_session.h"
 #include "cli/command_support.h"
 #include "cli/diagnostics.h"
 #include "cli/profile_support.h"
 #include "cli/report.h"
 #include "cli/terminal_progress.h"
+#include "engine/card_jobs.h"
 #include "engine/detail_pyramid.h"
 #include "engine/noise_estimate.h"
 #include "engine/simd_target.h"
@@ -163,6 +165,9 @@ class DenoiseRun {
   }
 
   ExitStatus Denoise() {
+    const CardSession session(arguments_.backend, arguments_.quiet, shell_);
+    if (!session.refusal().empty()) Warn(session.Note());
+    report_.backend = BackendName(session.backend());
     step_.Lap();
     const std::unique_ptr<TerminalProgress> progress = MakeProgress();
     const engine::DenoiseParameters& parameters = report_.parameters;
@@ -178,8 +183,11 @@ class DenoiseRun {
     request.threads = report_.threads;
     request.pointArtefactMode = parameters.m_iUseMedian;
     shell_.engine.processorCount = report_.threads;
-    const bool complete = engine::DenoiseWholePicture(shell_.engine, request, /*fusion=*/false);
+    request.useGpu = session.useGpu();
+    const bool complete = engine::DenoiseWholePicture(shell_.engine, request, session.fusion());
     report_.milliseconds.denoise = step_.Lap();
+    const std::string note = engine::CardNote(shell_.engine.cardRun);
+    if (!note.empty()) Warn(About(arguments_.input.native(), note));
     if (complete || shell_.engine.control.Aborted()) return ExitStatus::kDone;
     return NoMemory(arguments_.input, shell_);
   }

@@ -74,7 +74,7 @@ void PrintJson(std::ostream& out, const DenoiseReport& report) {
   object["quality"] = WordFor(kQualityChoices, static_cast<int>(report.quality));
   object["profile"] = ProfileJson(report.profile);
   object["profile"]["rule"] = report.profile.rule;
-  object["backend"] = "cpu";
+  object["backend"] = report.backend;
   object["simd"] = report.simd;
   object["threads"] = report.threads;
   object["warnings"] = report.warnings;
@@ -117,6 +117,34 @@ void PrintText(std::ostream& out, const InfoReport& report) {
                 Decimals(report.noise.chrominance));
   PrintLine(out, "Profile", ProfileText(report.profile));
   PrintLine(out, "Batch profile", ProfileText(report.batchProfile));
+}
+
+void PrintJson(std::ostream& out, const GpuReport& report) {
+  const auto textOrNull = [](const std::string& text) { return text.empty() ? Json() : Json(text); };
+  Json object;
+  object["schema"] = kReportSchema;
+  object["usable"] = report.usable;
+  object["refusal"] = textOrNull(report.refusal);
+  object["vendor"] = textOrNull(report.vendor);
+  object["renderer"] = textOrNull(report.renderer);
+  object["version"] = textOrNull(report.version);
+  for (const auto& [name, there] : report.extensions) object["extensions"][name] = there;
+  object["largestTile"] = report.largestTile;
+  object["format"] = textOrNull(report.format);
+  object["largestDifference"] = report.largestDifference ? Json(*report.largestDifference) : Json();
+  Print(out, object, JsonLayout::kLines);
+}
+
+void PrintText(std::ostream& out, const GpuReport& report) {
+  PrintLine(out, "Usable", report.usable ? std::string("yes") : "no: " + report.refusal);
+  PrintLine(out, "Renderer", report.renderer);
+  PrintLine(out, "Vendor", report.vendor);
+  PrintLine(out, "OpenGL", report.version);
+  for (const auto& [name, there] : report.extensions) PrintLine(out, name, there ? "yes" : "no");
+  PrintLine(out, "Largest tile", std::to_string(report.largestTile));
+  PrintLine(out, "Format", report.format);
+  PrintLine(out, "Difference",
+            report.largestDifference ? std::to_string(*report.largestDifference) : std::string());
 }
 
 std::string Base64(std::string_view bytes) {

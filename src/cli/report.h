@@ -6,6 +6,7 @@
 #include <optional>
 #include <ostream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "engine/noise_estimate.h"
@@ -52,7 +53,8 @@ struct DenoiseReport {
   engine::DenoiseParameters parameters;
   ProfileReport profile;  // where the parameters come from, before values given one by one
   std::uint32_t quality = engine::kQualityMedium;
-  std::string simd;  // the instruction set in use
+  std::string backend = "cpu";  // what did the work: "cpu", "gpu" or "fusion"
+  std::string simd;             // the instruction set in use
   std::uint32_t threads = 1;
   std::vector<std::string> warnings;
   Timing milliseconds;
@@ -69,13 +71,27 @@ struct InfoReport {
   ProfileReport batchProfile;  // as a batch chooses
 };
 
+struct GpuReport {
+  bool usable = false;
+  std::string refusal;  // why not; empty: it is
+  std::string vendor;
+  std::string renderer;
+  std::string version;
+  std::vector<std::pair<std::string, bool>> extensions;  // those needed; false: missing or not asked for
+  int largestTile = 0;                                   // pixels
+  std::string format;                                    // of textures with one channel
+  std::optional<int> largestDifference;                  // from the processor, in the agreement test
+};
+
 // One JSON object with a line end. Keys whose values are names of files get a twin ending in "Base64" when
 // the name is not UTF-8, which holds its exact bytes.
 void PrintJson(std::ostream& out, const DenoiseReport& report);
 void PrintJson(std::ostream& out, const InfoReport& report);
+void PrintJson(std::ostream& out, const GpuReport& report);
 
 // Lines of "label: value"; what the photograph does not tell is "-".
 void PrintText(std::ostream& out, const InfoReport& report);
+void PrintText(std::ostream& out, const GpuReport& report);
 
 // RFC 4648, with padding.
 [[nodiscard]] std::string Base64(std::string_view bytes);

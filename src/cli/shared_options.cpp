@@ -4,7 +4,6 @@
 #include <span>
 #include <utility>
 
-#include "cli/diagnostics.h"
 #include "cli/parameter_options.h"
 
 namespace mirellon::cli {
@@ -14,14 +13,6 @@ namespace {
 constexpr std::array<Choice, 3> kProgressChoices{{{"auto", static_cast<int>(ProgressMode::kAuto)},
                                                   {"always", static_cast<int>(ProgressMode::kAlways)},
                                                   {"never", static_cast<int>(ProgressMode::kNever)}}};
-
-std::string ReadBackend(std::string_view text) {
-  if (text == "cpu") return {};
-  if (text == "gpu" || text == "fusion") {
-    return Quoted(text) + ": the graphics card is not available yet; only cpu is";
-  }
-  return Quoted(text) + " is not one of cpu, gpu, fusion";
-}
 
 // A reader of whole numbers that keeps them as an optional of any integer type.
 template <typename T>
@@ -48,9 +39,10 @@ void AddQualityOption(Parser& parser, std::string_view fallback, Parser::Reader 
                   std::move(reader));
 }
 
-void AddBackendOption(Parser& parser) {
-  parser.AddValue("--backend", "cpu|gpu|fusion",
-                  "What computes (default cpu; the others wait for graphics-card support)", ReadBackend);
+void AddBackendOption(Parser& parser, Backend& backend) {
+  parser.AddValue("--backend", JoinWords(kBackendChoices, "|"),
+                  "What computes: the processor, the graphics card, or both side by side (default cpu)",
+                  ChoiceReader(kBackendChoices, backend));
 }
 
 void AddThreadsOption(Parser& parser, std::optional<std::uint32_t>& threads) {

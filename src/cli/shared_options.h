@@ -29,7 +29,7 @@ template <typename T>
 // Each adds the option of its name; the value lands in the place given, which must outlive the parser.
 // `fallback` is what the help names as the default.
 void AddQualityOption(Parser& parser, std::string_view fallback, Parser::Reader reader);
-void AddBackendOption(Parser& parser);
+void AddBackendOption(Parser& parser, Backend& backend);
 void AddThreadsOption(Parser& parser, std::optional<std::uint32_t>& threads);
 void AddJpegQualityOption(Parser& parser, std::optional<int>& quality);
 void AddProgressOption(Parser& parser, ProgressMode& progress);

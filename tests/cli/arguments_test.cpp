@@ -35,7 +35,7 @@ TEST(ArgumentsTest, EveryOptionReachesItsOwnValue) {
       "--profile=EOS@5D@400 --profiles=p.ini --strength 1.5 in.jpg --strength-chroma=50 "
       "--strength-chroma-large 0 --dynamics -2 "
       "--sharp-tiny 4 --sharp-medium .25 --sharp-rough 2e0 --artefacts strong --quality superior "
-      "--backend cpu --threads 256 --jpeg-quality 1 --no-metadata out.jpg --overwrite --overwrite "
+      "--backend fusion --threads 256 --jpeg-quality 1 --no-metadata out.jpg --overwrite --overwrite "
       "--progress never --quiet --json");
   const std::vector<std::string> words{std::istream_iterator<std::string>(line), {}};
   Words args;
@@ -54,6 +54,7 @@ TEST(ArgumentsTest, EveryOptionReachesItsOwnValue) {
   EXPECT_EQ(arguments.profile.iso, 400U);
   EXPECT_EQ(arguments.profiles, "p.ini");
   EXPECT_EQ(arguments.quality, engine::kQualitySuperior);
+  EXPECT_EQ(arguments.backend, Backend::kFusion);
   EXPECT_EQ(arguments.threads, 256U);
   EXPECT_EQ(arguments.jpegQuality, 1);
   EXPECT_TRUE(!arguments.metadata && arguments.overwrite && arguments.quiet && arguments.json);
@@ -99,8 +100,7 @@ TEST(ArgumentsTest, RefusalsNameTheOptionAndTheReason) {
       {{"--artefacts", "weak"}, "--artefacts: 'weak' is not one of none, common, strong"},
       {{"--quality", "Low"}, "--quality: 'Low' is not one of low, medium, superior"},
       {{"--progress", ""}, "--progress: '' is not one of auto, always, never"},
-      {{"--backend", "gpu"}, "--backend: 'gpu': the graphics card is not available yet; only cpu is"},
-      {{"--backend", "fusion"}, "--backend: 'fusion': the graphics card is not available yet; only cpu is"},
+      {{"--backend", "gpus"}, "--backend: 'gpus' is not one of cpu, gpu, fusion"},
       {{"--profile", "x"}, "--profile: 'x' is not one of auto, batch, none, CAMERA@ISO"},
       {{"--profile", "@100"}, "--profile: the camera's name is empty"},
       {{"--profile", "A@1e2"}, "--profile: '1e2' is not a whole number between 0 and 1000000"},
