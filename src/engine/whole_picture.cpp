@@ -165,7 +165,9 @@ bool DenoiseFused(EngineContext& context, const RunPlan& plan) {
     return FinishTile(context, taker == TileTaker::kCard ? onCard : onProcessor,
                       tiles[static_cast<std::size_t>(tile)]);
   };
-  return ShareTiles(count, plan.request.progressWindow, std::ref(finish));
+  const bool done = ShareTiles(count, plan.request.progressWindow, std::ref(finish));
+  context.cardRun.processorIsElsewhere = false;
+  return done;
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "gpu/gpu_filter.h"
 
 #include <algorithm>
+#include <limits>
 #include <new>
 
 #include "gpu/gl_functions.h"
@@ -242,7 +243,9 @@ void GpuFilter::RenderDisplacement(int rowOffset, int columnOffset, const Weight
 bool GpuFilter::ReadBack(SBxPicBuf& destination) {
   passes_.Divide(SumTexturesOf(accumulatorPhase_));
   try {
-    staging_.resize(static_cast<std::size_t>(tile_.width) * static_cast<std::size_t>(tile_.height) * 3);
+    // A lost context writes nothing: what is there by then must not pass for a result.
+    staging_.assign(static_cast<std::size_t>(tile_.width) * static_cast<std::size_t>(tile_.height) * 3,
+                    std::numeric_limits<float>::quiet_NaN());
   } catch (const std::bad_alloc&) {
     return true;
   }

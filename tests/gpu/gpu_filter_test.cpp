@@ -183,6 +183,17 @@ TEST(GpuFilter, TheContextMovesBetweenThreadsAndFilters) {
   std::thread([&] { card.reset(); }).join();
 }
 
+// As it is when the driver loses the context: calls go nowhere, and tell nothing.
+TEST(GpuFilter, ATileWhoseContextIsGoneHasFailed) {
+  test::OpenCard card;
+  ASSERT_USABLE(card);
+  const picture::PicBuf padded = test::RandomPicture(24, 20, 1, 8, 1);
+  picture::PicBuf result(12, 8, 1, 8);
+  ASSERT_FALSE(FilterOnce(card.filter, padded, result));
+  EXPECT_TRUE(card.filter.ReadBack(result));  // without a job
+  EXPECT_FALSE(FilterOnce(card.filter, padded, result));
+}
+
 TEST(GpuFilter, EveryWayToAContextGivesTheSame) {
   const picture::PicBuf padded = test::RandomPicture(24, 20, 1, 8, 2);
   picture::PicBuf expected(12, 8, 1, 8);
