@@ -143,8 +143,9 @@ void PrintText(std::ostream& out, const GpuReport& report) {
   for (const auto& [name, there] : report.extensions) PrintLine(out, name, there ? "yes" : "no");
   PrintLine(out, "Largest tile", std::to_string(report.largestTile));
   PrintLine(out, "Format", report.format);
-  PrintLine(out, "Difference",
-            report.largestDifference ? std::to_string(*report.largestDifference) : std::string());
+  PrintLine(out, "Agreement test",
+            report.largestDifference ? "largest difference " + std::to_string(*report.largestDifference)
+                                     : std::string());
 }
 
 std::string Base64(std::string_view bytes) {
