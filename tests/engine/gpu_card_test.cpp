@@ -66,7 +66,7 @@ class GpuCardTest : public ::testing::Test {
  protected:
   void SetUp() override { ASSERT_USABLE(card_); }
 
-  DenoiseRequest RequestOf(const Case& c, PicBuf& source, PicBuf& result, bool useGpu) {
+  static DenoiseRequest RequestOf(const Case& c, PicBuf& source, PicBuf& result, bool useGpu) {
     DenoiseRequest request{&result.record(), &source.record()};
     request.strength = request.strengthChroma = 30.0;
     request.quality = c.quality;
