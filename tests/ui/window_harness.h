@@ -49,7 +49,7 @@ class WindowHarness {
   // Opens it and waits until it is there and previewed.
   void Open(const std::filesystem::path& photograph);
   void WaitUntilIdle();
-  void Do(ui::Command command) { window->Do(command); }
+  void Do(ui::Command command) const { window->Do(command); }
 
   template <typename Widget>
   [[nodiscard]] Widget* Find(const char* name) {
