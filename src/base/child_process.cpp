@@ -96,13 +96,16 @@ bool Reap(pid_t child, int options, ChildResult& result) {
   return ended != 0;  // below 0: somebody else reaped it, and `end` stays unknown
 }
 
-void WaitFor(pid_t child, const FileDescriptor& pipe, const RunControl* control, ChildResult& result) {
+void WaitFor(pid_t child, const FileDescriptor& pipe, const RunControl* control,
+             std::chrono::milliseconds limit, ChildResult& result) {
+  const auto deadline = std::chrono::steady_clock::now() + limit;
   bool open = true;
   while (!Reap(child, WNOHANG, result)) {
-    if (control != nullptr && control->Aborted()) {
+    const bool aborted = control != nullptr && control->Aborted();
+    if (aborted || std::chrono::steady_clock::now() >= deadline) {
       kill(-child, SIGKILL);
       (void)Reap(child, 0, result);
-      result.end = ChildResult::End::kAborted;
+      result.end = aborted ? ChildResult::End::kAborted : ChildResult::End::kOverdue;
       return;
     }
     pollfd wait{open ? pipe.get() : -1, POLLIN, 0};
@@ -115,7 +118,7 @@ void WaitFor(pid_t child, const FileDescriptor& pipe, const RunControl* control,
 }  // namespace
 
 ChildResult RunChild(const std::vector<std::string>& arguments, const std::filesystem::path& folder,
-                     const RunControl* control) {
+                     const RunControl* control, std::chrono::milliseconds limit) {
   ChildResult result;
   result.end = ChildResult::End::kNotStarted;
   std::array<int, 2> ends{};
@@ -143,7 +146,7 @@ ChildResult RunChild(const std::vector<std::string>& arguments, const std::files
   if (result.error != 0) return result;
   (void)writing.Close();
   result.end = ChildResult::End::kUnknown;
-  WaitFor(child, reading, control, result);
+  WaitFor(child, reading, control, limit, result);
   return result;
 }
 

@@ -82,40 +82,53 @@ int ChildSession::Start(const std::vector<std::string>& arguments, const std::fi
   return error;
 }
 
-bool ChildSession::Send(std::string_view request) {
-  while (!request.empty()) {
-    const ssize_t sent = send(talk_.get(), request.data(), request.size(), MSG_NOSIGNAL);
-    if (sent < 0 && errno == EINTR) continue;
-    if (sent <= 0) return true;
-    request.remove_prefix(static_cast<std::size_t>(sent));
+// Nothing once the socket is ready.
+std::optional<ChildSession::Answer> ChildSession::Await(short event, const Patience& patience) {
+  while (true) {
+    if (patience.control != nullptr && patience.control->Aborted()) return Answer::kAborted;
+    if (std::chrono::steady_clock::now() >= patience.deadline) return Answer::kEnded;
+    pollfd wait{talk_.get(), event, 0};
+    if (poll(&wait, 1, kPollMs) > 0) return std::nullopt;
   }
-  return false;
 }
 
-ChildSession::Answer ChildSession::Ask(std::string_view request, std::string_view mark,
-                                       const RunControl* control, std::string& answer) {
-  answer.clear();
-  if (!running() || Send(request)) {
-    Stop();
-    return Answer::kEnded;
+std::optional<ChildSession::Answer> ChildSession::Send(std::string_view request, const Patience& patience) {
+  while (!request.empty()) {
+    const std::optional<Answer> end = Await(POLLOUT, patience);
+    if (end) return end;
+    const ssize_t sent = send(talk_.get(), request.data(), request.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+    if (sent < 0 && (errno == EINTR || errno == EAGAIN)) continue;
+    if (sent <= 0) return Answer::kEnded;
+    request.remove_prefix(static_cast<std::size_t>(sent));
   }
+  return std::nullopt;
+}
+
+std::optional<ChildSession::Answer> ChildSession::Receive(std::string_view mark, const Patience& patience,
+                                                          std::string& answer) {
   while (!EndsWithMarkedLine(answer, mark)) {
-    if (control != nullptr && control->Aborted()) {
-      Stop();
-      return Answer::kAborted;
-    }
-    pollfd wait{talk_.get(), POLLIN, 0};
-    if (poll(&wait, 1, kPollMs) <= 0) continue;
+    const std::optional<Answer> end = Await(POLLIN, patience);
+    if (end) return end;
     std::array<char, 4096> piece{};
     const ssize_t got = recv(talk_.get(), piece.data(), piece.size(), MSG_DONTWAIT);
     if (got < 0 && (errno == EINTR || errno == EAGAIN)) continue;
-    if (got <= 0 || answer.size() > kMostAnswer) {
-      Stop();
-      return Answer::kEnded;
-    }
+    if (got <= 0 || answer.size() > kMostAnswer) return Answer::kEnded;
     answer.append(piece.data(), static_cast<std::size_t>(got));
   }
-  return Answer::kComplete;
+  return std::nullopt;
+}
+
+ChildSession::Answer ChildSession::Ask(std::string_view request, std::string_view mark,
+                                       const RunControl* control, std::string& answer,
+                                       std::chrono::milliseconds limit) {
+  answer.clear();
+  if (!running()) return Answer::kEnded;
+  const Patience patience{control, std::chrono::steady_clock::now() + limit};
+  std::optional<Answer> end = Send(request, patience);
+  if (!end) end = Receive(mark, patience, answer);
+  if (!end) return Answer::kComplete;
+  Stop();
+  return *end;
 }
 
 void ChildSession::Stop() {

@@ -26,6 +26,10 @@ fs::path MakeHome() {
   return mkdtemp(pattern.data()) == nullptr ? fs::path() : fs::path(pattern);
 }
 
+bool StartsWithNumber(std::string_view text) {
+  return !text.empty() && (text.front() == '-' || (text.front() >= '0' && text.front() <= '9'));
+}
+
 }  // namespace
 
 std::vector<std::string> CopyArguments(const std::string& source, const std::string& target) {
@@ -72,6 +76,12 @@ ChildResult MetadataTool::Copy(const fs::path& folder, const std::string& source
       return result;
   }
   const std::size_t at = result.output.rfind(mark);
+  if (!StartsWithNumber(std::string_view(result.output).substr(at + mark.size()))) {
+    // One that does not tell how it went: an old release, or something else of that name.
+    session_.Stop();
+    unusable_ = true;
+    return result;
+  }
   result.status = base::LeadingInteger(base::WideFromNarrow(result.output.substr(at + mark.size())));
   result.output.resize(at);
   result.end = ChildResult::End::kExited;

@@ -21,6 +21,8 @@ using base::ChildResult;
 
 // A name that the tool can take for nothing but a name.
 constexpr const char* kSourceName = "source";
+// What the tool appends to a name for the file that it is writing; it refuses to start where one lies about.
+constexpr const char* kUnfinished = "_exiftool_tmp";
 constexpr const char* kNotCopied = "the metadata was not copied: ";
 
 // The first of the tool's lines that starts so and tells of more than a trifle; empty when there is none.
@@ -127,6 +129,7 @@ std::string CopyMetadata(const fs::path& source, const fs::path& workFile, FREE_
     result = tool->Copy(folder, kSourceName, copy.name(), control);
     if (result.end == ChildResult::End::kUnknown) {  // which may have left it half changed
       fs::remove(folder / copy.name(), error);
+      fs::remove(folder / (copy.name() + kUnfinished), error);
       copy = WorkCopy(workFile, format);
       if (!copy.Make(error)) return kNotCopied + error.message();
     }

@@ -46,6 +46,12 @@ TEST(ChildProcessTest, TellsHowItEnded) {
   EXPECT_EQ(RunChild({"sh", "-c", "yes | head -c 1000000"}, "/", nullptr).output.size(), 65536U);
 }
 
+TEST(ChildProcessTest, WhoHangsIsKilled) {
+  const ChildResult result =
+      RunChild({"sh", "-c", "echo x; exec sleep 100"}, "/", nullptr, std::chrono::milliseconds(20));
+  EXPECT_EQ(result.end, End::kOverdue);
+}
+
 TEST(ChildProcessTest, AnAbortRequestKillsTheWholeGroup) {
   const test::TemporaryFolder folder;
   ASSERT_EQ(mkfifo((folder / "fifo").c_str(), 0600), 0);

@@ -49,6 +49,18 @@ TEST(ChildSessionTest, TellsWhenTheProgramIsGone) {
   EXPECT_EQ(session.Ask(std::string(1U << 20U, 'x'), "mark", nullptr, answer), Answer::kEnded);
 }
 
+TEST(ChildSessionTest, WhoNeverAnswersIsGivenUp) {
+  ChildSession session;
+  std::string answer;
+  // The second request is more than the socket takes when nobody reads.
+  for (const std::size_t size : {std::size_t{1}, std::size_t{1} << 22U}) {
+    ASSERT_EQ(session.Start({"sleep", "100"}, "/"), 0);
+    EXPECT_EQ(session.Ask(std::string(size, 'x'), "mark", nullptr, answer, std::chrono::milliseconds(20)),
+              Answer::kEnded);
+    EXPECT_FALSE(session.running());
+  }
+}
+
 TEST(ChildSessionTest, AnAbortRequestEndsIt) {
   ChildSession session;
   RunControl control;

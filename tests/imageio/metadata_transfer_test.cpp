@@ -145,6 +145,23 @@ TEST_P(MetadataTransferTest, AFaultOfTheToolCostsOnlyTheMetadata) {
   }
 }
 
+// Of a kept tool only; the one started alone then does the work.
+TEST_P(MetadataTransferTest, AKeptToolThatFailsIsReplaced) {
+  const test::TemporaryFolder folder;
+  const std::string alone =
+      "for last; do :; done; [ -e \"${last}_exiftool_tmp\" ] && { echo 'Error: exists'; exit 1; }; "
+      "echo 'Warning: Alone'; exit 0";
+  const std::string read =
+      "if [ \"$1\" = -stay_open ]; then while read line && [ \"$line\" != -execute ]; do case $line in "
+      "work/*) last=$line;; {*) mark=$line;; esac; done; ";
+  for (const char* fault : {": > \"${last}_exiftool_tmp\"; exit 1", "echo \"$mark\"; read line"}) {
+    SCOPED_TRACE(fault);
+    const SaveReport report =
+        SaveWithTool(read + fault + "; fi; " + alone, test::RandomPicture(9, 7, 3, 8, 1), folder / "a.png");
+    EXPECT_EQ(report.warnings, std::vector<std::string>{"the metadata may be incomplete (Warning: Alone)"});
+  }
+}
+
 base::RunControl stopped;
 
 TEST_P(MetadataTransferTest, AnAbortRequestStopsTheTool) {
