@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <limits>
+#include <new>
 
 #include "base/checked_file.h"
 #include "base/file_descriptor.h"
@@ -66,6 +67,16 @@ IniFile::IniFile() : content_(std::make_unique<Content>()) {}
 IniFile::~IniFile() = default;
 
 IniFile::ReadResult IniFile::Read(const std::filesystem::path& file) {
+  try {
+    return ReadContent(file);
+  } catch (const std::bad_alloc&) {
+    content_->parser.Reset();
+    cause_ = ErrorText(ENOMEM);
+    return ReadResult::kFailed;
+  }
+}
+
+IniFile::ReadResult IniFile::ReadContent(const std::filesystem::path& file) {
   content_ = std::make_unique<Content>();
   cause_.clear();
   damaged_ = false;
@@ -92,10 +103,14 @@ IniFile::ReadResult IniFile::Read(const std::filesystem::path& file) {
 }
 
 bool IniFile::Write(const std::filesystem::path& file) {
-  std::string text(content_->byteOrderMark ? kByteOrderMark : "");
-  IniTextWriter writer(text, content_->carriageReturns);
   int error = ENOMEM;
-  if (content_->parser.Save(writer, false) >= 0) error = ReplaceFile(file, text);
+  try {
+    std::string text(content_->byteOrderMark ? kByteOrderMark : "");
+    IniTextWriter writer(text, content_->carriageReturns);
+    if (content_->parser.Save(writer, false) >= 0) error = ReplaceFile(file, text);
+  } catch (const std::bad_alloc&) {
+    error = ENOMEM;
+  }
   cause_ = error == 0 ? "" : ErrorText(error);
   return error != 0;
 }
@@ -112,7 +127,11 @@ int IniFile::GetInteger(const std::wstring& section, const std::wstring& key, in
 }
 
 bool IniFile::Set(const std::wstring& section, const std::wstring& key, const std::wstring& value) {
-  return content_->parser.SetValue(section.c_str(), key.c_str(), value.c_str(), nullptr, true) < 0;
+  try {
+    return content_->parser.SetValue(section.c_str(), key.c_str(), value.c_str(), nullptr, true) < 0;
+  } catch (const std::bad_alloc&) {
+    return true;
+  }
 }
 
 int LeadingInteger(std::wstring_view text) {

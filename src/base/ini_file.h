@@ -19,7 +19,7 @@ class IniFile {
   enum class ReadResult {
     kRead,
     kMissing,  // no such file; the content is empty
-    kFailed,   // unreadable, over 16 MB, or not such a text at all; the content is empty
+    kFailed,   // unreadable, over 16 MB, not such a text at all, or memory refused; the content is empty
   };
 
   IniFile();
@@ -45,6 +45,8 @@ class IniFile {
   [[nodiscard]] bool Set(const std::wstring& section, const std::wstring& key, const std::wstring& value);
 
  private:
+  [[nodiscard]] ReadResult ReadContent(const std::filesystem::path& file);
+
   struct Content;
   std::unique_ptr<Content> content_;
   std::string cause_;

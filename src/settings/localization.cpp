@@ -1,6 +1,7 @@
 #include "settings/localization.h"
 
 #include <algorithm>
+#include <system_error>
 
 #include "base/ini_file.h"
 #include "base/paths.h"
