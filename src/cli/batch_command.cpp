@@ -1,5 +1,6 @@
 #include "cli/batch_command.h"
 
+#include <cerrno>
 #include <filesystem>
 #include <string>
 #include <system_error>
@@ -29,11 +30,10 @@ class BatchCommand {
 
   ExitStatus Run() {
     if (const std::string cause = FindSource(); !cause.empty()) {
-      const std::filesystem::path& source =
-          arguments_.folder.empty() ? arguments_.filesFrom : arguments_.folder;
-      PrintError(shell_.err, About(source.native(), cause));
+      PrintError(shell_.err, About(Source().native(), cause));
       return ExitStatus::kInput;
     }
+    if (shell_.engine.control.Aborted()) return Interrupted(Source(), shell_);
     if (const ExitStatus status = LoadStore(); status != ExitStatus::kDone) return status;
     shell_.engine.processorCount = arguments_.threads.value_or(engine::CountProcessors());
     const CardSession session(arguments_.dryRun ? Backend::kCpu : arguments_.backend, arguments_.quiet,
@@ -53,9 +53,15 @@ class BatchCommand {
   }
 
  private:
+  [[nodiscard]] const std::filesystem::path& Source() const {
+    return arguments_.folder.empty() ? arguments_.filesFrom : arguments_.folder;
+  }
+
   // Empty = there, else why not.
   std::string FindSource() {
-    if (arguments_.folder.empty()) return ReadFileList(arguments_.filesFrom, shell_.in, files_);
+    if (arguments_.folder.empty()) {
+      return ReadFileList(arguments_.filesFrom, shell_.in, shell_.engine.control, files_);
+    }
     std::error_code error;
     const std::filesystem::file_status status = std::filesystem::status(arguments_.folder, error);
     if (!std::filesystem::exists(status)) return base::ErrorText(error ? error.value() : ENOENT);
@@ -87,18 +93,16 @@ class BatchCommand {
 
   [[nodiscard]] std::uint32_t CountAll() const {
     if (arguments_.folder.empty()) return static_cast<std::uint32_t>(files_.size());
-    if (!ShowsProgress(arguments_, shell_)) return 0;
+    if (!ShowsProgress(arguments_.progress, arguments_.quiet, shell_)) return 0;
     return batch::CountImages(arguments_.folder, &shell_.engine.control);
   }
 
   ExitStatus StatusOf(const batch::BatchSummary& summary) {
     using End = batch::BatchSummary::End;
-    const std::filesystem::path& source =
-        arguments_.folder.empty() ? arguments_.filesFrom : arguments_.folder;
-    if (summary.end == End::kStopped || summary.end == End::kAborted) return Interrupted(source, shell_);
+    if (summary.end == End::kStopped || summary.end == End::kAborted) return Interrupted(Source(), shell_);
     if (summary.failed > 0) return ExitStatus::kFailed;
     if (summary.done > 0) return ExitStatus::kDone;
-    PrintError(shell_.err, About(source.native(), "no photograph to denoise"));
+    PrintError(shell_.err, About(Source().native(), "no photograph to denoise"));
     return ExitStatus::kInput;
   }
 

@@ -5,6 +5,7 @@
 
 #include "base/text.h"
 #include "batch/time_estimate.h"
+#include "cli/command_support.h"
 #include "cli/diagnostics.h"
 #include "cli/json_parts.h"
 #include "cli/parameter_options.h"
@@ -43,11 +44,6 @@ std::string Counted(std::size_t count, const char* what) {
 
 }  // namespace
 
-bool ShowsProgress(const BatchArguments& arguments, const Shell& shell) {
-  if (arguments.quiet || arguments.progress == ProgressMode::kNever) return false;
-  return arguments.progress == ProgressMode::kAlways || shell.errIsTerminal;
-}
-
 BatchReporter::BatchReporter(const BatchArguments& arguments, BatchFacts facts, std::uint32_t total,
                              Shell& shell, Clock clock)
     : arguments_(arguments),
@@ -72,7 +68,7 @@ std::string BatchReporter::ProgressLabel() const {
 void BatchReporter::EntryStarted(const std::filesystem::path& /*file*/) {}
 
 base::ProgressSink* BatchReporter::PictureProgress() {
-  if (ShowsProgress(arguments_, shell_)) {
+  if (ShowsProgress(arguments_.progress, arguments_.quiet, shell_)) {
     progress_ = std::make_unique<TerminalProgress>(shell_.err, ProgressLabel(), shell_.columns);
   }
   return progress_.get();
@@ -81,7 +77,11 @@ base::ProgressSink* BatchReporter::PictureProgress() {
 void BatchReporter::EntryEnded(const EntryReport& report) {
   progress_.reset();
   PrintText(report);
-  if (arguments_.json) PrintJson(report);
+  if (arguments_.json) {
+    PrintJson(report);
+  } else if (arguments_.dryRun && report.end == EntryEnd::kDone) {
+    PrintPlan(report);
+  }
 }
 
 void BatchReporter::ImageDone() {
@@ -102,14 +102,16 @@ void BatchReporter::PrintText(const EntryReport& report) {
     if (isNew) PrintWarning(shell_.err, About(name, warning));
     if (!isNew) ++known->second;
   }
-  if (arguments_.dryRun && !arguments_.json && report.end == EntryEnd::kDone) {
-    std::string line = Quoted(name) + " -> " + Quoted(report.output.native());
-    if (report.profile.parameters != nullptr) {
-      line += " (" + base::PrintableName(base::Utf8FromWide(report.camera)) + ", ISO " +
-              std::to_string(report.profile.parameters->iso) + ")";
-    }
-    shell_.out << line << '\n';
+}
+
+// The result of a dry run.
+void BatchReporter::PrintPlan(const EntryReport& report) const {
+  std::string line = Quoted(report.input.native()) + " -> " + Quoted(report.output.native());
+  if (report.profile.parameters != nullptr) {
+    line += " (" + base::PrintableName(base::Utf8FromWide(report.camera)) + ", ISO " +
+            std::to_string(report.profile.parameters->iso) + ")";
   }
+  shell_.out << line << '\n';
 }
 
 void BatchReporter::PrintJson(const EntryReport& report) const {

@@ -46,6 +46,7 @@ class BatchReporter : public batch::BatchObserver {
   [[nodiscard]] std::string ProgressLabel() const;
   void PrintJson(const batch::EntryReport& report) const;
   void PrintText(const batch::EntryReport& report);
+  void PrintPlan(const batch::EntryReport& report) const;
 
   const BatchArguments& arguments_;
   BatchFacts facts_;
@@ -59,8 +60,5 @@ class BatchReporter : public batch::BatchObserver {
   std::map<std::string, std::size_t> repeated_;  // warnings, and how often they came again
   std::size_t otherFiles_ = 0;                   // skipped, and not even named as photographs
 };
-
-// Whether a progress bar is wanted.
-[[nodiscard]] bool ShowsProgress(const BatchArguments& arguments, const Shell& shell);
 
 }  // namespace mirellon::cli

@@ -18,6 +18,11 @@ std::optional<ExitStatus> Conclude(const ParseOutcome& outcome, Shell& shell) {
   return std::nullopt;
 }
 
+bool ShowsProgress(ProgressMode mode, bool quiet, const Shell& shell) {
+  if (quiet || mode == ProgressMode::kNever) return false;
+  return mode == ProgressMode::kAlways || shell.errIsTerminal;
+}
+
 ExitStatus LoadInput(const std::filesystem::path& input, imageio::Document& document,
                      imageio::LoadReport& report, Shell& shell) {
   std::filesystem::path path = input;

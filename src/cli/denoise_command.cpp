@@ -1,11 +1,11 @@
 #include "cli/denoise_command.h"
 
 #include <array>
-#include <chrono>
 #include <cstdio>
 #include <memory>
 #include <system_error>
 
+#include "base/stopwatch.h"
 #include "cli/arguments.h"
 #include "cli/card_session.h"
 #include "cli/command_support.h"
@@ -23,20 +23,6 @@
 namespace mirellon::cli {
 
 namespace {
-
-class Stopwatch {
- public:
-  // Milliseconds since the last call, or since birth.
-  double Lap() {
-    const auto now = std::chrono::steady_clock::now();
-    const std::chrono::duration<double, std::milli> passed = now - last_;
-    last_ = now;
-    return passed.count();
-  }
-
- private:
-  std::chrono::steady_clock::time_point last_ = std::chrono::steady_clock::now();
-};
 
 // What speaks against OUTPUT as it was given, even if the result would come under another name; null:
 // nothing.
@@ -224,8 +210,7 @@ class DenoiseRun {
   }
 
   [[nodiscard]] bool ShowsProgress() const {
-    if (arguments_.quiet || arguments_.progress == ProgressMode::kNever) return false;
-    return arguments_.progress == ProgressMode::kAlways || shell_.errIsTerminal;
+    return cli::ShowsProgress(arguments_.progress, arguments_.quiet, shell_);
   }
 
   [[nodiscard]] std::unique_ptr<TerminalProgress> MakeProgress() const {
@@ -254,8 +239,8 @@ class DenoiseRun {
   imageio::Document document_;
   imageio::SaveOptions saving_;
   DenoiseReport report_;
-  Stopwatch total_;
-  Stopwatch step_;
+  base::Stopwatch total_;
+  base::Stopwatch step_;
 };
 
 }  // namespace

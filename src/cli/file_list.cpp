@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <fstream>
-#include <system_error>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
 
 #include "base/file_descriptor.h"
 
@@ -12,13 +14,22 @@ namespace mirellon::cli {
 
 namespace {
 
-// Nothing of it is a failed read: the list may be a pipe.
-bool ReadAll(std::istream& stream, std::string& text) {
+constexpr int kPollMs = 50;  // how soon an abort request is seen
+
+// 0, or the error number; the list may be a pipe.
+int ReadAll(int descriptor, const base::RunControl& control, std::size_t limit, std::string& text) {
   std::array<char, 65536> piece{};
-  while (stream.read(piece.data(), piece.size()) || stream.gcount() > 0) {
-    text.append(piece.data(), static_cast<std::size_t>(stream.gcount()));
+  while (!control.Aborted()) {
+    pollfd wait{descriptor, POLLIN, 0};
+    if (poll(&wait, 1, kPollMs) <= 0) continue;
+    const ssize_t got = read(descriptor, piece.data(), piece.size());
+    if (got < 0 && (errno == EINTR || errno == EAGAIN)) continue;
+    if (got < 0) return errno;
+    if (got == 0) return 0;
+    text.append(piece.data(), static_cast<std::size_t>(got));
+    if (text.size() > limit) return EFBIG;
   }
-  return stream.bad();
+  return 0;
 }
 
 }  // namespace
@@ -34,21 +45,19 @@ std::vector<std::filesystem::path> SplitFileList(std::string_view text) {
   return files;
 }
 
-std::string ReadFileList(const std::filesystem::path& list, std::istream& standardInput,
-                         std::vector<std::filesystem::path>& files) {
-  std::string text;
-  bool failed = false;
-  if (list == "-") {
-    failed = ReadAll(standardInput, text);
-  } else {
-    std::error_code error;
-    if (std::filesystem::is_directory(list, error)) return base::ErrorText(EISDIR);
-    errno = 0;
-    std::ifstream file(list, std::ios::binary);
-    if (!file) return base::ErrorText(errno != 0 ? errno : ENOENT);
-    failed = ReadAll(file, text);
+std::string ReadFileList(const std::filesystem::path& list, int standardInput,
+                         const base::RunControl& control, std::vector<std::filesystem::path>& files,
+                         std::size_t limit) {
+  base::FileDescriptor opened;
+  if (list != "-") {
+    // A pipe that nobody writes to yet must not hold up an abort request.
+    opened = base::FileDescriptor(open(list.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    if (!opened.valid()) return base::ErrorText(errno);
   }
-  if (failed) return "it cannot be read";
+  std::string text;
+  const int error = ReadAll(opened.valid() ? opened.get() : standardInput, control, limit, text);
+  if (error == EFBIG) return "the list is longer than " + std::to_string(limit) + " bytes";
+  if (error != 0) return base::ErrorText(error);
   files = SplitFileList(text);
   return {};
 }

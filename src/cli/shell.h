@@ -3,7 +3,7 @@
 
 #include <filesystem>
 #include <functional>
-#include <iostream>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -23,7 +23,7 @@ struct Shell {
   bool errIsTerminal = false;
   std::function<int()> columns = [] { return 80; };  // the width of the terminal behind `err`
   std::function<int()> caughtSignal = [] { return 0; };
-  std::istream& in = std::cin;  // lists of names
+  int in = 0;  // the descriptor that lists of names are read from
 };
 
 }  // namespace mirellon::cli

@@ -1,11 +1,15 @@
 #include <algorithm>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+#include <sys/stat.h>
 
+#include "base/file_descriptor.h"
 #include "cli/batch_report.h"
 #include "cli/command_line.h"
 #include "cli/diagnostics.h"
@@ -42,9 +46,8 @@ class BatchCommandTest : public ::testing::Test {
   test::TemporaryFolder settings_;
   std::ostringstream out_;
   std::ostringstream err_;
-  std::istringstream in_;
   engine::EngineContext engine_;
-  Shell shell_{.out = out_, .err = err_, .engine = engine_, .applicationData = settings_.path(), .in = in_};
+  Shell shell_{.out = out_, .err = err_, .engine = engine_, .applicationData = settings_.path()};
 };
 
 TEST_F(BatchCommandTest, OneLineAFileTellsWhatBecameOfIt) {
@@ -96,13 +99,32 @@ TEST_F(BatchCommandTest, AListMayComeFromAFileOrStandardInput) {
   EXPECT_EQ(Run({"--files-from", Path("list"), "--json"}), ExitStatus::kDone);
   ASSERT_EQ(Lines().size(), 2U);
   EXPECT_EQ(Lines()[1]["status"], "skipped");
-  in_.str(Path("new\nline.png") + std::string(1, '\0'));
+  test::WriteBytes(folder_ / "list", Path("new\nline.png") + std::string(1, '\0'));
+  const base::FileDescriptor list(open(Path("list").c_str(), O_RDONLY | O_CLOEXEC));
+  shell_.in = list.get();
   EXPECT_EQ(Run({"--files-from=-"}), ExitStatus::kDone);
   EXPECT_TRUE(fs::exists(folder_ / "denoised/new\nline.png"));
 
   EXPECT_EQ(SplitFileList(" a\r\nb\nc").size(), 3U);
   EXPECT_EQ(SplitFileList(" a\r\nb").front(), " a\r");
   EXPECT_TRUE(SplitFileList("\n\n").empty());
+}
+
+TEST_F(BatchCommandTest, AListThatDoesNotEndMayBeStopped) {
+  ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
+  const base::FileDescriptor pipe(open(Path("pipe").c_str(), O_RDWR | O_CLOEXEC));
+  shell_.in = pipe.get();
+  for (const std::string& list : {std::string("-"), Path("pipe")}) {
+    engine_.control.ClearAbort();
+    std::jthread stopper([this] { engine_.control.RequestAbort(); });
+    EXPECT_EQ(Run({"--files-from", list}), ExitStatus::kInterrupted);
+  }
+  engine_.control.ClearAbort();
+  test::WriteBytes(folder_ / "list", "0123456789");
+  std::vector<fs::path> files;
+  EXPECT_EQ(ReadFileList(Path("list"), -1, engine_.control, files, 9), "the list is longer than 9 bytes");
+  EXPECT_EQ(ReadFileList(Path("list"), -1, engine_.control, files, 10), "");
+  EXPECT_EQ(ReadFileList(folder_.path(), -1, engine_.control, files), "Is a directory");
 }
 
 TEST_F(BatchCommandTest, TakesTheSettingsAndProfilesGiven) {
@@ -119,7 +141,8 @@ TEST_F(BatchCommandTest, TakesTheSettingsAndProfilesGiven) {
 TEST_F(BatchCommandTest, ADryRunListsWhatWouldBeDone) {
   MakePhoto("1.png");
   fs::remove_all(folder_ / "denoised");
-  ASSERT_EQ(Run({Path(""), "--dry-run"}), ExitStatus::kDone);
+  ASSERT_EQ(Run({Path(""), "--dry-run", "--quiet"}), ExitStatus::kDone);
+  EXPECT_EQ(err_.str(), "");
   EXPECT_EQ(out_.str(), Quoted(Path("1.png")) + " -> " + Quoted(Path("denoised/1.png")) +
                             " (<<Unknown Camera>>, ISO 100)\n");
   EXPECT_FALSE(fs::exists(folder_ / "denoised"));
