@@ -1,5 +1,8 @@
 #include "batch/batch_run.h"
 
+#include <algorithm>
+#include <new>
+#include <system_error>
 #include <utility>
 
 #include "batch/count_images.h"
@@ -8,27 +11,12 @@ namespace mirellon::batch {
 
 namespace {
 
-// The folders that photographs are taken from, and those that only hold results, found before anything is
-// written: a link may lead from one to the other.
-struct Folders {
-  Identities sources;
-  Identities results;
-};
-
-Folders Survey(const std::filesystem::path& root, const base::RunControl& control) {
-  FolderWalk walk(root, FolderWalk::Results::kLeaveOut);
-  while (!control.Aborted() && walk.Next()) {
-  }
-  Folders folders{walk.folders(), walk.resultFolders()};
-  const std::optional<FileIdentity> chosen = IdentityOf(root);
-  for (const FileIdentity& result : folders.results) {
-    if (result != chosen) folders.sources.erase(result);
-  }
-  return folders;
-}
-
+// By the names that lead to it from the root on.
 bool LiesAmongResults(const std::filesystem::path& file) {
-  return file.parent_path().filename() == kResultFolder;
+  std::error_code error;
+  const std::filesystem::path absolute = std::filesystem::absolute(file, error);
+  const std::filesystem::path folder = (error ? file : absolute).lexically_normal().parent_path();
+  return std::find(folder.begin(), folder.end(), kResultFolder) != folder.end();
 }
 
 }  // namespace
@@ -37,34 +25,46 @@ BatchRun::BatchRun(engine::EngineContext& engine, const profiles::NoiseProfileSt
                    BatchOptions options, BatchObserver& observer)
     : state_{.engine = engine, .store = store, .options = std::move(options)}, observer_(observer) {}
 
+// The folders that photographs are taken from, and those that only hold results, found before anything is
+// written: a link may lead from one to the other.
+void BatchRun::Survey(const std::filesystem::path& root) {
+  FolderWalk walk(root, FolderWalk::Results::kLeaveOut);
+  while (!MustEnd() && walk.Next()) {
+  }
+  state_.sources = walk.folders();
+  results_ = walk.resultFolders();
+  const std::optional<FileIdentity> chosen = IdentityOf(root);
+  for (const FileIdentity& result : results_) {
+    if (result != chosen) state_.sources.erase(result);
+  }
+}
+
 BatchSummary BatchRun::ProcessFolder(const std::filesystem::path& folder) {
-  Folders folders = Survey(folder, state_.engine.control);
-  state_.sources = std::move(folders.sources);
-  FolderWalk walk(folder, FolderWalk::Results::kLeaveOut, std::move(folders.results));
+  Survey(folder);
+  FolderWalk walk(folder, FolderWalk::Results::kLeaveOut, results_);
   while (!MustEnd()) {
     const std::optional<WalkItem> item = walk.Next();
     if (!item) break;
-    switch (item->kind) {
-      case WalkItem::Kind::kFile:
-        Process(item->path);
-        break;
-      case WalkItem::Kind::kFolder:
-        Skip(item->path, item->cause, item->unreadable ? EntryEnd::kFailed : EntryEnd::kSkipped);
-        break;
-      case WalkItem::Kind::kOther:
-      case WalkItem::Kind::kGone:
-        Skip(item->path, item->cause);
-        break;
+    if (item->kind == WalkItem::Kind::kFile) {
+      Process(item->path);
+    } else {
+      Skip(item->path, item->cause, item->unreadable ? EntryEnd::kFailed : EntryEnd::kSkipped);
     }
   }
   return summary_;
 }
 
-BatchSummary BatchRun::ProcessFiles(const std::vector<std::filesystem::path>& files) {
+void BatchRun::NoteSources(const std::vector<std::filesystem::path>& files) {
   for (const std::filesystem::path& file : files) {
+    if (MustEnd()) return;
     const auto folder = IdentityOf(file.has_parent_path() ? file.parent_path() : std::filesystem::path("."));
     if (folder && !LiesAmongResults(file)) state_.sources.insert(*folder);
   }
+}
+
+BatchSummary BatchRun::ProcessFiles(const std::vector<std::filesystem::path>& files) {
+  if (MustEnd()) return summary_;  // even where there is nothing to do
+  NoteSources(files);
   for (const std::filesystem::path& file : files) {
     if (MustEnd()) break;
     if (LiesAmongResults(file)) {
@@ -84,7 +84,15 @@ bool BatchRun::MustEnd() {
 
 void BatchRun::Process(const std::filesystem::path& file) {
   EntryReport report;
-  const JobEnd end = ProcessPicture(state_, file, observer_, report);
+  JobEnd end = JobEnd::kReported;
+  // Our own functions do not throw; what ends up here is a container that got no memory.
+  try {
+    end = ProcessPicture(state_, file, observer_, report);
+  } catch (const std::bad_alloc&) {
+    report.end = EntryEnd::kFailed;
+    report.cause = "not enough memory";
+    observer_.EntryEnded(report);
+  }
   if (end == JobEnd::kAborted) {
     summary_.end = BatchSummary::End::kAborted;
     ended_ = true;
@@ -102,7 +110,7 @@ void BatchRun::Skip(const std::filesystem::path& path, const std::string& cause,
   report.input = path;
   report.end = end;
   report.cause = cause;
-  report.photograph = HasCountedExtension(path.filename().native());
+  report.photograph = IsNamedAsPhotograph(path.filename().native());
   Count(end);
   observer_.EntryEnded(report);
 }

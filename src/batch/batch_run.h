@@ -23,7 +23,8 @@ class BatchRun {
   // passed over.
   [[nodiscard]] BatchSummary ProcessFolder(const std::filesystem::path& folder);
 
-  // The files named, in the order given; those that lie in a folder named "denoised" are skipped.
+  // The files named, in the order given; those that lie in a folder named "denoised", or anywhere below one,
+  // are skipped.
   [[nodiscard]] BatchSummary ProcessFiles(const std::vector<std::filesystem::path>& files);
 
   // Ends the run before its next entry; the picture in work is finished. From any thread. (An abort request
@@ -32,11 +33,14 @@ class BatchRun {
 
  private:
   [[nodiscard]] bool MustEnd();
+  void Survey(const std::filesystem::path& root);
+  void NoteSources(const std::vector<std::filesystem::path>& files);
   void Process(const std::filesystem::path& file);
   void Count(EntryEnd end);
   void Skip(const std::filesystem::path& path, const std::string& cause, EntryEnd end = EntryEnd::kSkipped);
 
   BatchState state_;
+  Identities results_;  // the folders of results of the tree in work
   BatchObserver& observer_;
   base::RunControl stop_;
   BatchSummary summary_;

@@ -17,14 +17,28 @@ char LowerCase(char character) {
   return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
 }
 
+// From the last dot on, in lower case; empty without one.
+std::string ExtensionOf(std::string_view name) {
+  const std::size_t dot = name.rfind('.');
+  if (dot == std::string_view::npos) return {};
+  std::string extension(name.substr(dot));
+  std::transform(extension.begin(), extension.end(), extension.begin(), LowerCase);
+  return extension;
+}
+
+bool IsCounted(const std::string& extension) {
+  return std::find(kCounted.begin(), kCounted.end(), extension) != kCounted.end();
+}
+
 }  // namespace
 
 bool HasCountedExtension(std::string_view name) {
-  const std::size_t dot = name.rfind('.');
-  if (dot == std::string_view::npos) return false;
-  std::string extension(name.substr(dot));
-  std::transform(extension.begin(), extension.end(), extension.begin(), LowerCase);
-  return std::find(kCounted.begin(), kCounted.end(), extension) != kCounted.end();
+  return IsCounted(ExtensionOf(name));
+}
+
+bool IsNamedAsPhotograph(std::string_view name) {
+  const std::string extension = ExtensionOf(name);
+  return IsCounted(extension) || extension == ".jpeg" || extension == ".tiff";
 }
 
 std::uint32_t CountImages(const std::filesystem::path& folder, const base::RunControl* control) {

@@ -19,4 +19,7 @@ namespace mirellon::batch {
 // The rule for one name.
 [[nodiscard]] bool HasCountedExtension(std::string_view name);
 
+// Whether a name promises a photograph: one that counts, or one in ".jpeg" or ".tiff", in any case.
+[[nodiscard]] bool IsNamedAsPhotograph(std::string_view name);
+
 }  // namespace mirellon::batch

@@ -36,6 +36,11 @@ int ReadNames(const std::filesystem::path& folder, std::vector<std::string>& nam
   }
 }
 
+// Whether the error tells that there is nothing, rather than that it cannot be reached.
+bool IsGone(int error) {
+  return error == ENOENT || error == ENOTDIR || error == ELOOP;
+}
+
 bool IsRealFolder(const std::filesystem::path& path) {
   struct stat status {};
   return lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
@@ -86,7 +91,10 @@ std::optional<WalkItem> FolderWalk::Visit(const std::filesystem::path& path, con
   if (result && folder && IsRealFolder(path)) resultFolders_.insert(Identity(status));
   if (result && leaveOutResults_) return std::nullopt;
   if (folder) return Enter(path, Identity(status));
-  if (error != 0) return WalkItem{Kind::kGone, path, base::ErrorText(error), false};
+  if (error != 0) {
+    const bool gone = IsGone(error);
+    return WalkItem{gone ? Kind::kGone : Kind::kHidden, path, base::ErrorText(error), !gone};
+  }
   if (S_ISREG(status.st_mode)) return WalkItem{Kind::kFile, path, {}, false};
   return WalkItem{Kind::kOther, path, "a device, pipe or socket", false};
 }

@@ -36,11 +36,12 @@ struct WalkItem {
     kFolder,  // one that is left out, `cause` tells why; the others are walked into
     kOther,   // a device, pipe or socket: not to be opened
     kGone,    // a link that leads nowhere, or a file that vanished
+    kHidden,  // it is there, but the system does not tell what it is
   };
   Kind kind = Kind::kFile;
   std::filesystem::path path;  // the root as it was given, and the names below it
   std::string cause;
-  bool unreadable = false;  // kFolder: it is there, but cannot be read
+  bool unreadable = false;  // kFolder, kHidden: it is there, but cannot be read
 };
 
 // Goes through a tree entry by entry: the entries of a folder in the order of their names' bytes (so that

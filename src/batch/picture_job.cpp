@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <chrono>
 #include <system_error>
 #include <utility>
 
 #include "base/checked_file.h"
+#include "base/stopwatch.h"
 #include "batch/count_images.h"
 #include "engine/card_jobs.h"
 #include "engine/detail_pyramid.h"
@@ -25,25 +25,6 @@ constexpr int kLeastSide = 16;  // pixels
 constexpr int kLeastDepth = 8;  // bits
 constexpr int kLargestDepth = 16;
 
-class Stopwatch {
- public:
-  // Milliseconds since the last call, or since birth.
-  double Lap() {
-    const auto now = std::chrono::steady_clock::now();
-    const std::chrono::duration<double, std::milli> passed = now - last_;
-    last_ = now;
-    return passed.count();
-  }
-
- private:
-  std::chrono::steady_clock::time_point last_ = std::chrono::steady_clock::now();
-};
-
-bool IsNamedAsPhotograph(const fs::path& file) {
-  const std::string extension = file.extension().string();
-  return HasCountedExtension(file.native()) || extension == ".jpeg" || extension == ".tiff";
-}
-
 // What does not load is no photograph, one of a kind that is refused, or one that should have loaded.
 EntryEnd EndOf(LoadStatus status, bool photograph) {
   const bool broken = status == LoadStatus::kDamaged || status == LoadStatus::kUnreadable ||
@@ -55,7 +36,7 @@ bool IsPhotograph(LoadStatus status, const fs::path& file) {
   const bool known = status == LoadStatus::kLoaded || status == LoadStatus::kDamaged ||
                      status == LoadStatus::kUnsupportedKind || status == LoadStatus::kTooLarge ||
                      status == LoadStatus::kOutOfMemory;
-  return known || IsNamedAsPhotograph(file);
+  return known || IsNamedAsPhotograph(file.filename().native());
 }
 
 bool IsLink(const fs::path& path) {
@@ -85,6 +66,8 @@ class PictureJob {
     ChooseParameters();
     if (state_.options.dryRun) {
       report_.output = imageio::WrittenName(target_);
+      WarnOfReplacing();
+      NoteWritten();
       return End(true);
     }
     if (FolderRefused()) return WithoutFolder();
@@ -94,7 +77,14 @@ class PictureJob {
     if (Aborted()) return JobEnd::kAborted;
     if (MakeFolder()) return WithoutFolder();
     Save();
-    return Aborted() && report_.end != EntryEnd::kDone ? JobEnd::kAborted : End(true);
+    if (report_.end == EntryEnd::kDone) {
+      NoteWritten();
+    } else if (Aborted()) {
+      // Not even the empty folder stays.
+      if (madeFolder_) fs::remove(folder_, error_);
+      return JobEnd::kAborted;
+    }
+    return End(true);
   }
 
  private:
@@ -146,11 +136,7 @@ class PictureJob {
       state_.parameters = *report_.profile.parameters;
       report_.camera = state_.store.cameras()[report_.profile.camera].name;
     }
-    report_.parameters = state_.parameters;
-    for (double* strength : {&report_.parameters.m_dStrength, &report_.parameters.m_dStrengthChroma,
-                             &report_.parameters.m_dStrengthChromaLarge}) {
-      *strength = profiles::RunStrength(*strength);
-    }
+    report_.parameters = profiles::RunParameters(state_.parameters);
   }
 
   // What speaks against the result is found before the work, not after it. True = something does.
@@ -166,14 +152,40 @@ class PictureJob {
       return Conclude(EntryEnd::kFailed, "'denoised' leads to a folder of photographs");
     }
     if (IsLink(report_.output)) return Conclude(EntryEnd::kFailed, "the result's name is taken by a link");
-    if (report_.output != target_ && fs::exists(file_.parent_path() / report_.output.filename(), error_)) {
+    WarnOfReplacing();
+    if (!folder) return false;  // it will be made
+    // What is where a link leads need not be a result.
+    saving_.overwrite = !IsLink(folder_);
+    imageio::SaveReport checked = imageio::CheckTarget(document_.source, target_, file_, saving_);
+    if (checked.status == imageio::SaveStatus::kTargetExists) {
+      checked.cause = "'denoised' is a link, and nothing is replaced where it leads";
+    }
+    return checked.status != imageio::SaveStatus::kSaved &&
+           Conclude(EntryEnd::kFailed, std::move(checked.cause));
+  }
+
+  // Where the result lies, by whatever names; nothing when it cannot be told.
+  [[nodiscard]] std::optional<std::pair<FileIdentity, std::string>> ResultKey() const {
+    const std::string name = report_.output.filename().string();
+    if (const auto folder = IdentityOf(folder_)) return std::pair(*folder, name);
+    const auto parent = IdentityOf(file_.has_parent_path() ? file_.parent_path() : fs::path("."));
+    if (!parent) return std::nullopt;
+    return std::pair(*parent, std::string(kResultFolder) + "/" + name);
+  }
+
+  void NoteWritten() {
+    if (const auto key = ResultKey()) state_.written.insert(*key);
+  }
+
+  void WarnOfReplacing() {
+    const auto key = ResultKey();
+    if (key && state_.written.contains(*key)) {
+      report_.warnings.emplace_back("the result replaces an earlier one of this run");
+    } else if (report_.output != target_ &&
+               fs::exists(file_.parent_path() / report_.output.filename(), error_)) {
       report_.warnings.emplace_back(
           "the result has the name of another photograph's, and one replaces the other");
     }
-    if (!folder) return false;  // it will be made
-    imageio::SaveReport checked = imageio::CheckTarget(document_.source, target_, file_, saving_);
-    return checked.status != imageio::SaveStatus::kSaved &&
-           Conclude(EntryEnd::kFailed, std::move(checked.cause));
   }
 
   void Denoise() {
@@ -206,15 +218,18 @@ class PictureJob {
     if (Aborted() || document_.result.empty()) return;
     const engine::DenoiseParameters& parameters = report_.parameters;
     const bool failed = engine::SharpenPicture(document_.result, parameters.m_dSharp1, parameters.m_dSharp2,
-                                               parameters.m_dSharp3);
+                                               parameters.m_dSharp3, state_.engine.processorCount);
     if (failed) report_.warnings.emplace_back("not sharpened: not enough memory");
     report_.milliseconds.sharpen = watch_.Lap();
   }
 
   // True = failed.
   bool MakeFolder() {
-    if (document_.result.empty() || fs::exists(folder_, error_)) return false;
-    if (fs::create_directory(folder_, error_)) return false;
+    if (document_.result.empty()) return false;
+    madeFolder_ = fs::create_directory(folder_, error_);
+    // Another run may have been faster.
+    std::error_code ignored;
+    if (madeFolder_ || fs::is_directory(folder_, ignored)) return false;
     return CannotMakeFolder(error_ ? error_.value() : EEXIST);
   }
 
@@ -246,9 +261,10 @@ class PictureJob {
   EntryReport& report_;
   fs::path folder_;
   fs::path target_;
+  bool madeFolder_ = false;
   imageio::Document document_;
   imageio::SaveOptions saving_;
-  Stopwatch watch_;
+  base::Stopwatch watch_;
   std::error_code error_;
 };
 

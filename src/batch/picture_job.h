@@ -1,8 +1,12 @@
 // One photograph of a batch run, from file to file.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <set>
+#include <string>
+#include <utility>
 
 #include "batch/batch_report.h"
 #include "batch/folder_walk.h"
@@ -33,13 +37,15 @@ struct BatchState {
   engine::DenoiseParameters parameters = {};  // stay in use where the store has none for a photograph
   imageio::MetadataTool tool = {};
   Identities sources = {};  // folders of photographs: nothing is ever written into them
+  // What the run wrote: folder and name. Where there is no "denoised" yet, "denoised/" leads the name.
+  std::set<std::pair<FileIdentity, std::string>> written = {};
 };
 
 enum class JobEnd { kReported, kAborted, kNoOutputFolder };
 
 // Loads, chooses the parameters, denoises, sharpens, saves into "denoised" beside the photograph. The
-// observer hears the start and, unless aborted, the end. An existing result is replaced; a photograph never
-// is.
+// observer hears the start and, unless aborted, the end. An existing result is replaced, with a warning where
+// it is one of this run; a photograph never is, and nothing is where "denoised" is a link.
 [[nodiscard]] JobEnd ProcessPicture(BatchState& state, const std::filesystem::path& file,
                                     BatchObserver& observer, EntryReport& report);
 

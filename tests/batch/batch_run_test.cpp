@@ -1,7 +1,10 @@
 #include "batch/batch_run.h"
 
+#include <csignal>
+#include <cstdlib>
 #include <functional>
 #include <map>
+#include <new>
 #include <string>
 #include <utility>
 #include <vector>
@@ -39,11 +42,15 @@ class Recorder : public BatchObserver {
     reports[Name(report.input)] = report;
   }
   void ImageDone() override { heard.emplace_back("."); }
-  base::ProgressSink* PictureProgress() override { return &progress; }
+  base::ProgressSink* PictureProgress() override {
+    if (onWork) onWork();
+    return &progress;
+  }
 
   std::vector<std::string> heard;
   std::map<std::string, EntryReport> reports;
   std::function<void(const std::string&)> onStart;
+  std::function<void()> onWork;
   test::RecordingProgress progress;
 
  private:
@@ -209,7 +216,8 @@ TEST_F(BatchRunTest, SkipsWhatIsNoPhotographAndGoesOn) {
 
 TEST_F(BatchRunTest, AStoreWithoutASetLeavesThoseOfTheFileBefore) {
   test::WriteBytes(settings_ / "gap.ini",
-                   "[General]\nNo Of Cameras=2\n[0]\nCamera Name=<<Unknown Camera>>\nNo Of ISO=0\n");
+                   "[General]\nNo Of Cameras=1\nversion=2\n"
+                   "[Camera_0]\nm_wcsCameraName=<<Unknown Camera>>\nm_uiISOCount=0\n");
   MakePhoto("1.png", "Canon", 800);
   MakePhoto("2.png");
   profiles::NoiseProfileStore gap(profiles::ProfilePaths{settings_ / "gap.ini", {}});
@@ -224,10 +232,13 @@ TEST_F(BatchRunTest, AStoreWithoutASetLeavesThoseOfTheFileBefore) {
 }
 
 TEST_F(BatchRunTest, NeverWritesOverAPhotograph) {
-  for (const char* name :
-       {"back/1.png", "cross/1.png", "other/1.png", "one/1.png", "one/2.png", "hard/1.png"}) {
+  for (const char* name : {"back/1.png", "cross/1.png", "other/1.png", "one/1.png", "one/2.png", "hard/1.png",
+                           "away/1.png", "away/2.png"}) {
     MakePhoto(name);
   }
+  const test::TemporaryFolder masters;
+  fs::copy_file(folder_ / "other/1.png", masters / "1.png");
+  fs::create_directory_symlink(masters.path(), folder_ / "away/denoised");
   fs::create_directory_symlink(".", folder_ / "back/denoised");
   fs::create_directory_symlink("../other", folder_ / "cross/denoised");
   fs::create_directory(folder_ / "one/denoised");
@@ -241,6 +252,10 @@ TEST_F(BatchRunTest, NeverWritesOverAPhotograph) {
     before[name] = test::ReadBytes(folder_ / name);
   }
   const BatchSummary summary = Run(folder_.path());
+  EXPECT_TRUE(test::ReadBytes(masters / "1.png") == before["other/1.png"]);
+  EXPECT_EQ(recorder_.reports["away/1.png"].cause,
+            "'denoised' is a link, and nothing is replaced where it leads");
+  EXPECT_TRUE(fs::exists(masters / "2.png"));
   for (const auto& [name, bytes] : before) EXPECT_TRUE(test::ReadBytes(folder_ / name) == bytes) << name;
   const std::string leads = "'denoised' leads to a folder of photographs";
   EXPECT_EQ(recorder_.reports["back/1.png"].cause, leads);
@@ -248,7 +263,20 @@ TEST_F(BatchRunTest, NeverWritesOverAPhotograph) {
   EXPECT_EQ(recorder_.reports["one/1.png"].cause, "the result's name is taken by a link");
   EXPECT_EQ(recorder_.reports["hard/1.png"].cause, "it is the photograph itself");
   EXPECT_EQ(recorder_.reports["other/1.png"].end, EntryEnd::kDone);
-  EXPECT_TRUE(summary.done == 2 && summary.failed == 5) << testing::PrintToString(recorder_.heard);
+  EXPECT_TRUE(summary.done == 3 && summary.failed == 6) << testing::PrintToString(recorder_.heard);
+}
+
+TEST_F(BatchRunTest, ResultsThatReplaceEachOtherSaySo) {
+  MakePhoto("1.png");
+  for (const char* name : {"a", "a.dat", "a.thm"}) fs::copy_file(folder_ / "1.png", folder_ / name);
+  const std::string replaces = "the result replaces an earlier one of this run";
+  for (const bool dryRun : {true, false}) {
+    options_.dryRun = dryRun;
+    EXPECT_EQ(Run(folder_.path()).done, 4U);
+    EXPECT_TRUE(recorder_.reports["a"].warnings.empty());
+    EXPECT_EQ(recorder_.reports["a.dat"].warnings, Heard{replaces});
+    EXPECT_EQ(recorder_.reports["a.thm"].warnings, Heard{replaces});
+  }
 }
 
 TEST_F(BatchRunTest, GifsBecomeTiffsAndSaySo) {
@@ -258,7 +286,7 @@ TEST_F(BatchRunTest, GifsBecomeTiffsAndSaySo) {
   EXPECT_EQ(Run(folder_.path()).done, 3U);
   EXPECT_EQ(recorder_.reports["a.gif"].output, folder_ / "denoised/a.tif");
   EXPECT_EQ(recorder_.reports["a.gif"].warnings.size(), 1U);
-  EXPECT_EQ(recorder_.reports["a.tif"].warnings.size(), 0U);
+  EXPECT_EQ(recorder_.reports["a.tif"].warnings.size(), 1U);
   EXPECT_TRUE(test::SamePicture(test::ReadPicture(folder_ / "denoised/a.tif"), Expected("a.tif", Set(2.0))));
 }
 
@@ -294,12 +322,44 @@ TEST_F(BatchRunTest, StopsBeforeTheNextOrWithinThePicture) {
   EXPECT_EQ(test::FilesIn(folder_ / "denoised"), 1U);
 }
 
+base::RunControl* aborting = nullptr;
+
+TEST_F(BatchRunTest, AnAbortWhileSavingLeavesNothing) {
+  MakePhoto("1.png");
+  // In the place of the metadata's tool, which is asked once the folder of results is there.
+  const test::TemporaryFolder tools;
+  test::WriteBytes(tools / "exiftool",
+                   "#!/bin/sh\nread line\nkill -USR1 $PPID\nwhile read line; do :; done\n");
+  fs::permissions(tools / "exiftool", fs::perms::owner_all);
+  aborting = &engine_.control;
+  std::signal(SIGUSR1, [](int) { aborting->RequestAbort(); });
+  const char* const path = std::getenv("PATH");
+  const std::string before = path == nullptr ? "" : path;
+  setenv("PATH", tools.path().c_str(), 1);
+  options_.metadata = true;
+  const BatchSummary summary = Run(folder_.path());
+  setenv("PATH", before.c_str(), 1);
+  EXPECT_EQ(summary.end, BatchSummary::End::kAborted);
+  EXPECT_FALSE(fs::exists(folder_ / "denoised"));
+}
+
 TEST_F(BatchRunTest, FilesThatVanishAreSkipped) {
   for (const char* name : {"1.png", "2.png"}) MakePhoto(name);
   recorder_.onStart = [this](const std::string& name) { fs::remove(folder_ / name); };
   const BatchSummary summary = Run(folder_.path());
   EXPECT_EQ(summary.skipped, 2U);
   EXPECT_FALSE(fs::exists(folder_ / "denoised"));
+}
+
+TEST_F(BatchRunTest, MemoryRefusedToOneCostsThatOne) {
+  for (const char* name : {"1.png", "2.png"}) MakePhoto(name);
+  bool refused = false;
+  recorder_.onWork = [&refused] {
+    if (!std::exchange(refused, true)) throw std::bad_alloc();
+  };
+  const BatchSummary summary = Run(folder_.path());
+  EXPECT_TRUE(summary.done == 1 && summary.failed == 1);
+  EXPECT_EQ(recorder_.reports["1.png"].cause, "not enough memory");
 }
 
 TEST_F(BatchRunTest, AListNamesItsFiles) {
@@ -311,6 +371,15 @@ TEST_F(BatchRunTest, AListNamesItsFiles) {
   EXPECT_EQ(test::FilesIn(folder_ / "a/denoised"), 1U);
   EXPECT_TRUE(fs::exists(folder_ / "b/denoised/1.png"));
   EXPECT_EQ(recorder_.heard.back(), ".");
+  // Wherever the program was started.
+  const fs::path before = fs::current_path();
+  fs::create_directory(folder_ / "a/denoised/sub");
+  fs::copy_file(folder_ / "a/3.png", folder_ / "a/denoised/sub/3.png");
+  fs::current_path(folder_ / "a/denoised");
+  BatchRun inside(engine_, store_, options_, recorder_);
+  const BatchSummary among = inside.ProcessFiles({"2.png", "sub/3.png", "../3.png"});
+  fs::current_path(before);
+  EXPECT_TRUE(among.done == 1 && among.skipped == 2) << testing::PrintToString(recorder_.heard);
 }
 
 TEST_F(BatchRunTest, ADryRunWritesNothing) {

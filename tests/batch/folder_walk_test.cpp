@@ -22,13 +22,13 @@ class FolderWalkTest : public ::testing::Test {
       test::WriteBytes(folder_ / name, "x");
     }
   }
-  // "f name" of files, "d", "o" and "g" of what is left out, with its cause.
+  // "f name" of files, "d", "o", "g" and "h" of what is left out, with its cause.
   std::vector<std::string> Walk(FolderWalk::Results results = FolderWalk::Results::kLeaveOut) {
     FolderWalk walk(folder_.path(), results);
     std::vector<std::string> seen;
     while (const std::optional<WalkItem> item = walk.Next()) {
       const std::string name = item->path.lexically_relative(folder_.path()).string();
-      seen.push_back(std::string(1, "fdog"[static_cast<int>(item->kind)]) + " " + name +
+      seen.push_back(std::string(1, "fdogh"[static_cast<int>(item->kind)]) + " " + name +
                      (item->cause.empty() ? "" : ": " + item->cause));
     }
     return seen;
@@ -54,10 +54,12 @@ TEST_F(FolderWalkTest, EndsWhereLinksLoop) {
   fs::create_symlink("self", folder_ / "self");
   fs::create_symlink("nowhere", folder_ / "lost.jpg");
   fs::create_symlink("a/1.jpg", folder_ / "link.jpg");
+  fs::create_symlink(std::string(300, 'x'), folder_ / "hidden.jpg");
   ASSERT_EQ(mkfifo((folder_ / "pipe.jpg").c_str(), 0600), 0);
-  EXPECT_EQ(Walk(), (Seen{"f a/1.jpg", "f a/side/2.jpg", "d a/up" + met, "d b" + met, "f link.jpg",
-                          "g lost.jpg: No such file or directory", "o pipe.jpg: a device, pipe or socket",
-                          "g self: Too many levels of symbolic links"}));
+  EXPECT_EQ(Walk(),
+            (Seen{"f a/1.jpg", "f a/side/2.jpg", "d a/up" + met, "d b" + met,
+                  "h hidden.jpg: File name too long", "f link.jpg", "g lost.jpg: No such file or directory",
+                  "o pipe.jpg: a device, pipe or socket", "g self: Too many levels of symbolic links"}));
   EXPECT_EQ(CountImages(folder_.path()), 3U);
 }
 
