@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <cwchar>
 #include <string>
 #include <string_view>
 
@@ -49,10 +50,42 @@ class IniConverter {
   }
 };
 
+// Below, at or above 0, as the names without case (A to Z) compare.
+inline int CompareNames(const wchar_t* name, const wchar_t* other) {
+  const auto folded = [](wchar_t c) { return c < L'A' || c > L'Z' ? c : c - L'A' + L'a'; };
+  while (*name != L'\0' && folded(*name) == folded(*other)) {
+    ++name;
+    ++other;
+  }
+  const wchar_t first = folded(*name);
+  const wchar_t second = folded(*other);
+  return static_cast<int>(first > second) - static_cast<int>(first < second);
+}
+
+// Names that differ in case only lie side by side, capitals first.
+struct SpellingOrder {
+  bool operator()(const wchar_t* name, const wchar_t* other) const {
+    const int order = CompareNames(name, other);
+    return order != 0 ? order < 0 : std::wcscmp(name, other) < 0;
+  }
+};
+
+// Spellings of one name are one, or each is another.
 using IniParser = CSimpleIniTempl<wchar_t, SI_GenericNoCase<wchar_t>, IniConverter>;
+using SpelledIniParser = CSimpleIniTempl<wchar_t, SpellingOrder, IniConverter>;
+
+// The name's first spelling in that order.
+inline std::wstring FirstSpelling(std::wstring_view name) {
+  std::wstring text(name);
+  for (wchar_t& character : text) {
+    if (character >= L'a' && character <= L'z') character -= L'a' - L'A';
+  }
+  return text;
+}
 
 // Collects the text with the line ends asked for, and one blank line, not two, between sections.
-class IniTextWriter : public IniParser::OutputWriter {
+template <class Parser>
+class IniTextWriter : public Parser::OutputWriter {
  public:
   IniTextWriter(std::string& text, bool carriageReturns) : text_(text), carriageReturns_(carriageReturns) {}
 

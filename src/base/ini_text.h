@@ -9,8 +9,9 @@
 namespace mirellon::base {
 
 // Sections, keys and values in memory. Unlike IniFile it keeps quotes as part of a value and knows values of
-// several lines ("key = <<<TAG", lines, "TAG"). Section and key names are compared without case (A to Z);
-// of a key that stands several times in a section, the first counts. Text that is not UTF-8 is read as
+// several lines ("key = <<<TAG", lines, "TAG"). Names of sections and of keys that differ in case only
+// are different names; what is looked for is first the name as it is, then any that differs in case (A to Z)
+// only. Of a key that stands several times in a section, the first counts. Text that is not UTF-8 is read as
 // Latin-1.
 class IniText {
  public:
@@ -22,7 +23,8 @@ class IniText {
   // Replaces the content. True = failed: UTF-16, or memory refused; the content is empty then.
   [[nodiscard]] bool Parse(std::string_view text);
 
-  // Null when section or key is missing; an empty text is a value. Valid until the next Parse or Set.
+  // Null when section or key is missing; an empty text is a value. Valid until the next Parse or Add. Of the
+  // sections that came by Add, only the name as it is is found.
   [[nodiscard]] const wchar_t* Find(const std::wstring& section, const wchar_t* key) const;
   [[nodiscard]] bool HasSection(const std::wstring& section) const;
   [[nodiscard]] std::size_t SectionCount() const;
