@@ -6,12 +6,11 @@
 #include "cli/diagnostics.h"
 #include "cli/parameter_options.h"
 #include "cli/parser.h"
+#include "profiles/profile_file.h"
 
 namespace mirellon::cli {
 
 namespace {
-
-constexpr std::uint32_t kHighestStoredIso = 1000000;
 
 void AddNumbers(Parser& parser, std::span<const ParameterOption> rows, GivenValues& given) {
   for (const ParameterOption& row : rows) {
@@ -38,7 +37,8 @@ std::string ReadProfile(std::string_view text, ProfileRequest& request) {
   if (at == std::string_view::npos) return Quoted(text) + " is not one of auto, batch, none, CAMERA@ISO";
   request.kind = Kind::kNamed;
   std::string refusal = ReadCamera(text.substr(0, at), request.camera);
-  return refusal.empty() ? ReadIso(text.substr(at + 1), 0, kHighestStoredIso, request.iso) : refusal;
+  return refusal.empty() ? ReadIso(text.substr(at + 1), 0, profiles::kHighestStoredIso, request.iso)
+                         : refusal;
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include "cli/diagnostics.h"
 #include "cli/parser.h"
+#include "profiles/profile_file.h"
 
 namespace mirellon::cli {
 
@@ -29,8 +30,6 @@ constexpr std::array<Action, 6> kActions{{
      "that go with it."},
     {"path", "path", "Tells the profile file's name."},
 }};
-
-constexpr std::uint32_t kHighestIso = 1000000;  // that a file may hold
 
 void AddCamera(Parser& parser, ProfilesArguments& arguments) {
   parser.AddArgument("CAMERA",
@@ -71,14 +70,14 @@ ParseOutcome ParseProfilesArguments(ProfilesAction action, std::span<const char*
   switch (action) {
     case ProfilesAction::kSet:
       AddCamera(parser, arguments);
-      AddIso(parser, arguments, kLowestStoredIso, kHighestStoredIso, /*required=*/true);
+      AddIso(parser, arguments, profiles::kLowestAddedIso, profiles::kHighestAddedIso, /*required=*/true);
       AddParameterOptions(parser, arguments.given);
       AddNoiseOptions(parser, arguments.given);
       break;
     case ProfilesAction::kShow:
     case ProfilesAction::kRemove:
       AddCamera(parser, arguments);
-      AddIso(parser, arguments, 0, kHighestIso, /*required=*/false);
+      AddIso(parser, arguments, 0, profiles::kHighestStoredIso, /*required=*/false);
       break;
     case ProfilesAction::kMeasure:
       parser.AddFiles("PHOTO", "Photographs; those of one camera and ISO speed are measured together",

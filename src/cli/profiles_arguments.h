@@ -12,10 +12,6 @@
 
 namespace mirellon::cli {
 
-// The speeds that can be stored.
-inline constexpr int kLowestStoredIso = 16;
-inline constexpr int kHighestStoredIso = 409600;
-
 enum class ProfilesAction { kList, kShow, kSet, kRemove, kMeasure, kPath };
 
 // mirellon-cli profiles ACTION ...; each action fills what it knows.

@@ -6,7 +6,6 @@
 #include "cli/command_support.h"
 #include "cli/diagnostics.h"
 #include "cli/profile_support.h"
-#include "cli/profiles_arguments.h"
 #include "engine/noise_estimate.h"
 #include "profiles/camera_key.h"
 #include "profiles/interpolate.h"
@@ -39,9 +38,9 @@ ExitStatus Measure(const std::filesystem::path& photo, Measured& measured, Shell
   if (!report.warning.empty()) PrintWarning(shell.err, About(photo.native(), report.warning));
   const imageio::ExifSummary& exif = document.exif;
   if (exif.make.empty() && exif.model.empty()) return Refuse(photo, "names no camera", shell);
-  const std::int32_t iso = profiles::LeadingInteger(exif.iso);
+  const std::int32_t iso = profiles::ClampedInteger(exif.iso);
   if (iso <= 0) return Refuse(photo, "tells no ISO speed", shell);
-  if (iso < kLowestStoredIso || iso > kHighestStoredIso) {
+  if (iso < profiles::kLowestAddedIso || iso > profiles::kHighestAddedIso) {
     return Refuse(photo, "its ISO speed cannot be stored", shell);
   }
   const std::wstring camera = profiles::CameraKey(exif.make, exif.model);

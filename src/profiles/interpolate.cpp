@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstddef>
 
+#include "profiles/profile_file.h"
+
 namespace mirellon::profiles {
 
 namespace {
@@ -11,7 +13,6 @@ namespace {
 using engine::DenoiseParameters;
 using Value = double DenoiseParameters::*;
 
-constexpr double kNoChrominance = 1e-5;
 constexpr Value kByLuminance[] = {&DenoiseParameters::m_dStrength, &DenoiseParameters::m_dDynamics,
                                   &DenoiseParameters::m_dSharp1, &DenoiseParameters::m_dSharp2,
                                   &DenoiseParameters::m_dSharp3};

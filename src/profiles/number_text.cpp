@@ -11,6 +11,8 @@ namespace mirellon::profiles {
 
 namespace {
 
+constexpr std::int64_t kFarExponent = std::int64_t{1} << 40U;
+
 bool IsBlank(wchar_t character) {
   return character == L' ' || (character >= L'\t' && character <= L'\r');
 }
@@ -63,13 +65,15 @@ bool IsHuge(std::string_view number) {
     const std::string_view digits = number.substr(mark + (number[mark + 1] == '+' ? 2 : 1));
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), exponent);
     if (error != std::errc()) return digits.front() != '-';
+    // Beyond any text's length; the smallest of all has no positive counterpart.
+    exponent = std::clamp(exponent, -kFarExponent, kFarExponent);
   }
   return static_cast<std::int64_t>(point) - static_cast<std::int64_t>(first) > -exponent;
 }
 
 }  // namespace
 
-std::int32_t LeadingInteger(std::wstring_view text) {
+std::int32_t ClampedInteger(std::wstring_view text) {
   using Limits = std::numeric_limits<std::int32_t>;
   const bool negative = TakeSign(text);
   std::int64_t number = 0;

@@ -9,7 +9,7 @@ namespace mirellon::profiles {
 
 // The decimal number at the head of a text, after blanks and with an optional sign; 0 when there is none.
 // No locale has a say. Beyond the type's range its nearest end; a real number beyond it is infinite.
-[[nodiscard]] std::int32_t LeadingInteger(std::wstring_view text);
+[[nodiscard]] std::int32_t ClampedInteger(std::wstring_view text);
 [[nodiscard]] double LeadingDecimal(std::wstring_view text);
 
 // "%i": all 32 bits as a signed number.

@@ -25,10 +25,13 @@ constexpr const wchar_t* kNameKey = L"m_wcsCameraName";
 constexpr const wchar_t* kIsoCountKey = L"m_uiISOCount";
 constexpr const wchar_t* kMedianKey = L"m_iUseMedian";
 constexpr std::int32_t kMostSpeeds = 10000;  // of one camera
-constexpr std::int32_t kHighestSpeed = 1000000;
 constexpr std::int32_t kStrongestMedian = 2;
+// Counts up to the trusted ones are taken at their word, larger ones only as far as the text bears them out.
 constexpr std::size_t kTrustedCameras = 1000;
-constexpr std::size_t kMostEntries = 200000;  // of all cameras
+constexpr std::size_t kTrustedEntries = 20000;  // of all cameras
+// More than the largest file that is read can hold when this program wrote it: a set takes 244 bytes.
+constexpr std::size_t kMostEntries = 70000;
+constexpr std::size_t kMostCameras = kMostEntries;
 constexpr std::wstring_view kBlockMark = L"<<<";
 
 std::wstring CameraSection(std::size_t index) {
@@ -74,22 +77,23 @@ class Reader {
  private:
   std::int32_t Integer(const std::wstring& section, const wchar_t* key, std::int32_t fallback) const {
     const wchar_t* text = ini_.Find(section, key);
-    return text == nullptr ? fallback : LeadingInteger(text);
+    return text == nullptr ? fallback : ClampedInteger(text);
   }
 
   std::size_t CountCameras() {
     const auto counted = static_cast<std::uint32_t>(Integer(kGeneral, kCameraCountKey, 1));
-    if (counted <= std::max(kTrustedCameras, ini_.SectionCount())) return counted;
-    complete_ = false;
-    std::size_t present = 1;
-    while (ini_.HasSection(CameraSection(present))) ++present;
-    return present;
+    if (counted <= kTrustedCameras) return counted;
+    std::size_t count = std::min<std::size_t>(counted, kMostCameras);
+    while (count > 1 && ini_.Find(CameraSection(count - 1), kNameKey) == nullptr) --count;
+    if (count != counted) complete_ = false;
+    return count;
   }
 
   std::size_t CountSpeeds(const std::wstring& section) {
     const std::int32_t counted = Integer(section, kIsoCountKey, 0);
     const auto held = static_cast<std::size_t>(std::clamp(counted, 0, kMostSpeeds));
-    const std::size_t count = std::min(held, kMostEntries - entries_);
+    const std::size_t most = std::clamp(ini_.SectionCount(), kTrustedEntries, kMostEntries);
+    const std::size_t count = std::min(held, most - entries_);
     if (static_cast<std::int64_t>(count) != counted) complete_ = false;
     entries_ += count;
     return count;
@@ -108,7 +112,7 @@ class Reader {
     for (std::size_t entry = 0; entry < count; ++entry) {
       const std::wstring key = IsoKey(entry);
       if (ini_.Find(section, key.c_str()) == nullptr) complete_ = false;
-      const std::int32_t iso = std::clamp(Integer(section, key.c_str(), 0), 0, kHighestSpeed);
+      const std::int32_t iso = std::clamp(Integer(section, key.c_str(), 0), 0, kHighestStoredIso);
       camera.isoValues.push_back(static_cast<std::uint32_t>(iso));
       camera.parameters.push_back(ReadParameters(camera.name, camera.isoValues.back()));
     }
@@ -146,7 +150,7 @@ class Reader {
 // True = failed, as IniText::Add.
 bool AddParameters(IniText& ini, const std::wstring& section, const DenoiseParameters& parameters) {
   for (const StoredValue& row : kStoredValues) {
-    if (ini.Add(section, row.key, DecimalText(parameters.*row.member, 2))) return true;
+    if (ini.Add(section, row.key, DecimalText(parameters.*row.member, kStoredDecimals))) return true;
   }
   return ini.Add(section, kMedianKey, IntegerText(static_cast<std::uint32_t>(parameters.m_iUseMedian)));
 }
@@ -199,6 +203,16 @@ std::string ProfilesText(const ProfileData& data) {
   } catch (const std::bad_alloc&) {
     return {};
   }
+}
+
+DenoiseParameters AsStored(const DenoiseParameters& parameters) {
+  DenoiseParameters stored = parameters;
+  for (const StoredValue& row : kStoredValues) {
+    stored.*row.member =
+        Held(LeadingDecimal(DecimalText(parameters.*row.member, kStoredDecimals)), row.low, row.high);
+  }
+  stored.m_iUseMedian = std::clamp(parameters.m_iUseMedian, 0, kStrongestMedian);
+  return stored;
 }
 
 bool IsStorableName(std::wstring_view name) {

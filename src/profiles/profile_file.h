@@ -13,6 +13,16 @@ namespace mirellon::profiles {
 
 inline constexpr const wchar_t* kUnknownCamera = L"<<Unknown Camera>>";
 
+// ISO speeds: those that sets are added for, and the highest that a file may hold (the lowest is 0).
+inline constexpr std::int32_t kLowestAddedIso = 16;
+inline constexpr std::int32_t kHighestAddedIso = 409600;
+inline constexpr std::int32_t kHighestStoredIso = 1000000;
+
+// A chrominance noise below this is that of a grey photograph.
+inline constexpr double kNoChrominance = 1e-5;
+
+inline constexpr int kStoredDecimals = 2;
+
 // One real number of a parameter set, as the file keeps it.
 struct StoredValue {
   const wchar_t* key;
@@ -57,12 +67,16 @@ enum class ProfileFault {
   kMemory,      // refused; what could be read is there
 };
 
-// Absurd counts are held: cameras to what the text holds once they pass that and a thousand, all cameras'
-// speeds together to 200 000 (more than a file of the accepted size can hold).
+// Absurd counts are held: beyond a thousand, cameras to the last one that has a name, and beyond 20 000, all
+// cameras' speeds together to the number of sections; each to 70 000 (more than this program can have written
+// into a file of the accepted size).
 [[nodiscard]] ProfileFault ParseProfiles(std::string_view text, ProfileData& data);
 
 // UTF-8 with byte-order mark and CR LF. Empty when memory is refused.
 [[nodiscard]] std::string ProfilesText(const ProfileData& data);
+
+// The set that a file gives back: numbers held to their ranges and to two decimals. May throw std::bad_alloc.
+[[nodiscard]] engine::DenoiseParameters AsStored(const engine::DenoiseParameters& parameters);
 
 // Whether a camera's name comes back from a file as it was: no line ends or other controls, no "]", and no
 // "<<<" at the head, which to the file means something else.

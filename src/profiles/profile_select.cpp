@@ -10,7 +10,7 @@ namespace {
 bool HasSpeed(const NoiseProfileStore& store, std::uint32_t camera, std::uint32_t entry,
               const std::wstring& iso) {
   if (store.Entry(camera, entry) == nullptr) return false;
-  return store.cameras()[camera].isoValues[entry] == static_cast<std::uint32_t>(LeadingInteger(iso));
+  return store.cameras()[camera].isoValues[entry] == static_cast<std::uint32_t>(ClampedInteger(iso));
 }
 
 ProfileChoice Choice(const NoiseProfileStore& store, std::uint32_t camera, std::uint32_t entry,

@@ -21,9 +21,6 @@ namespace {
 using engine::DenoiseParameters;
 
 constexpr std::size_t kLargestFile = std::size_t{16} << 20U;  // 60 000 sets
-constexpr std::int32_t kLowestSpeed = 16;
-constexpr std::int32_t kHighestSpeed = 409600;
-constexpr double kNoChrominance = 1e-5;
 
 bool Exists(const std::filesystem::path& file) {
   std::error_code ignored;
@@ -107,7 +104,7 @@ bool NoiseProfileStore::ReadFile(const std::filesystem::path& file) {
   std::string text;
   const int error = ReadText(file, text);
   // A file that cannot be read counts as empty.
-  const ProfileFault fault = ParseProfiles(error == 0 ? text : std::string(), data_);
+  const ProfileFault fault = ParseProfiles(error == 0 ? std::string_view(text) : std::string_view(), data_);
   const bool foreign = fault == ProfileFault::kNotText || fault == ProfileFault::kNoGeneral;
   understood_ = error == 0 && (text.empty() || !foreign);
   if (error != 0) {
@@ -190,7 +187,7 @@ std::uint32_t NoiseProfileStore::FindCamera(std::wstring_view key) const {
 std::uint32_t NoiseProfileStore::FindIso(std::uint32_t camera, std::wstring_view iso) const {
   if (camera >= cameraCount()) return 0;
   const std::vector<std::uint32_t>& speeds = data_.cameras[camera].isoValues;
-  const auto found = std::find(speeds.begin(), speeds.end(), static_cast<std::uint32_t>(LeadingInteger(iso)));
+  const auto found = std::find(speeds.begin(), speeds.end(), static_cast<std::uint32_t>(ClampedInteger(iso)));
   return found == speeds.end() ? 0 : static_cast<std::uint32_t>(found - speeds.begin());
 }
 
@@ -222,7 +219,7 @@ bool NoiseProfileStore::AddOrReplace(std::wstring_view camera, std::wstring_view
   try {
     const std::wstring name = base::CutText(camera, base::kShortTextCapacity);
     DenoiseParameters set = parameters;
-    set.iso = static_cast<std::uint32_t>(std::clamp(LeadingInteger(iso), kLowestSpeed, kHighestSpeed));
+    set.iso = static_cast<std::uint32_t>(std::clamp(ClampedInteger(iso), kLowestAddedIso, kHighestAddedIso));
     if (CameraProfile* known = CameraNamed(name); known != nullptr) {
       PutEntry(*known, set);
       return false;

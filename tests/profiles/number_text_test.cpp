@@ -28,6 +28,8 @@ TEST(NumberTextTest, TheHeadOfATextIsItsNumber) {
       {L"1e-999", 0.0},
       {L"1e99999999999999999999", kEndless},
       {L"1e-99999999999999999999", 0.0},
+      {L"1e-9223372036854775808", 0.0},  // the lowest of 64 bits
+      {L"1e9223372036854775807", kEndless},
       {std::wstring(400, L'9'), kEndless},
       {L"." + std::wstring(400, L'0') + L"1", 0.0},
       {L"." + std::wstring(400, L'0') + L"1e405", 1e4},
@@ -41,7 +43,7 @@ TEST(NumberTextTest, TheHeadOfATextIsItsNumber) {
       {L"x1", 0},
       {L"2147483648", 2147483647},
       {L"-99999999999999999999", -2147483648}};
-  for (const auto& [text, number] : integers) EXPECT_EQ(LeadingInteger(text), number) << text;
+  for (const auto& [text, number] : integers) EXPECT_EQ(ClampedInteger(text), number) << text;
 }
 
 }  // namespace mirellon::profiles
