@@ -115,11 +115,11 @@ bool NoiseProfileStore::ReadFile(const std::filesystem::path& file) {
   return error == ENOMEM || fault == ProfileFault::kMemory;
 }
 
-bool NoiseProfileStore::Load() {
+bool NoiseProfileStore::Load(FirstRun firstRun) {
   cause_.clear();
   keptCopy_.clear();
   understood_ = true;
-  (void)base::EnsureFolder(paths_.userFile.parent_path());
+  if (firstRun == FirstRun::kSave) (void)base::EnsureFolder(paths_.userFile.parent_path());
   // No versions are compared: once the user's file exists, a newer default file changes nothing.
   if (Exists(paths_.userFile)) {
     source_ = ProfileSource::kUserFile;
@@ -137,7 +137,7 @@ bool NoiseProfileStore::Load() {
   } catch (const std::bad_alloc&) {
     return true;
   }
-  (void)Save();
+  if (firstRun == FirstRun::kSave) (void)Save();
   return false;
 }
 

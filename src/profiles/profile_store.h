@@ -32,6 +32,9 @@ struct ProfilePaths {
 // Where the sets in memory come from.
 enum class ProfileSource { kBuiltIn, kUserFile, kDefaultFile };
 
+// What Load does when there is no file at all: save the built-in set (a first run), or leave the disk alone.
+enum class FirstRun { kSave, kLeave };
+
 // Cameras, each with its ISO speeds and one parameter set a speed. Camera 0 is always the catch-all
 // "<<Unknown Camera>>" (in a file that says otherwise, it is what the file says; a damaged file may also give
 // a camera without speeds, or no camera at all: look before using an index). Changes stay in memory until
@@ -42,10 +45,11 @@ class NoiseProfileStore {
   explicit NoiseProfileStore(ProfilePaths paths) : paths_(std::move(paths)) {}
 
   // Replaces the content by that of the user's file or, as long as there is none, by that of the default
-  // file; never merges the two. Without either, one built-in set is made and saved at once, and a failure of
-  // that shows in cause() only. What is missing gets defaults, numbers are held to their ranges. True =
+  // file; never merges the two. Without either, one built-in set is made and, with kSave, saved at
+  // once, a failure of which shows in cause() only; with kLeave, nothing is made on the disk, not even the
+  // folder. What is missing gets defaults, numbers are held to their ranges. True =
   // failed: memory refused; the rest is there. cause() also tells when a file could not be understood.
-  [[nodiscard]] bool Load();
+  [[nodiscard]] bool Load(FirstRun firstRun = FirstRun::kSave);
 
   // Writes everything to the user's file, making its folder, in one step. A file there that this program
   // would have written otherwise (damaged, foreign, commented ..., but not empty) gets a second name first,

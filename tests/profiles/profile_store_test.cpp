@@ -294,7 +294,8 @@ TEST_F(ProfileStoreTest, ManyHonestSetsAreAllRead) {
   for (int i = 0; i < 1100; ++i) {
     const std::string camera = std::to_string(i);
     std::string sets;
-    text += "[Camera_" + camera + "]\nm_wcsCameraName=" + camera + "\nm_uiISOCount=20\n";
+    text.append("[Camera_").append(camera).append("]\nm_wcsCameraName=").append(camera);
+    text += "\nm_uiISOCount=20\n";
     for (int k = 0; k < 20; ++k) {
       const std::string iso = std::to_string(100 + k);
       text += "ISO" + std::to_string(k) + "=" + iso + "\n";

@@ -1,6 +1,7 @@
 mirellon_add_test(profiles/camera_key LINK mirellon_profiles)
 mirellon_add_test(profiles/interpolate LINK mirellon_profiles)
 mirellon_add_test(profiles/number_text LINK mirellon_profiles)
+mirellon_add_test(profiles/profile_lock LINK mirellon_profiles)
 mirellon_add_test(profiles/profile_select LINK mirellon_profiles)
 mirellon_add_test(profiles/profile_store LINK mirellon_profiles)
 mirellon_add_test(profiles/slider_math LINK mirellon_profiles)
