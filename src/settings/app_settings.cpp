@@ -30,7 +30,7 @@ std::wstring Protected(const std::wstring& text) {
 }  // namespace
 
 std::wstring AppSettings::GetText(Setting setting) const {
-  (void)base::EnsureFolder(base::UserFolder(folder_));
+  if (reading_ == Reading::kMakesFolder) (void)base::EnsureFolder(base::UserFolder(folder_));
   base::IniFile file;
   // A file that is missing or cannot be read holds no keys, so the initial value comes out.
   (void)file.Read(base::SettingsFile(folder_));

@@ -11,13 +11,17 @@
 
 namespace mirellon::settings {
 
-// Reads and writes single settings. Nothing is held in memory: every access creates the folder first and
-// reads the file anew, so that several programs agree. Unknown keys and sections survive a write; a file that
-// cannot be understood counts as empty, and is kept beside the new one when that is written (base::KeepCopy).
+// Reads and writes single settings. Nothing is held in memory: every access creates the folder first (unless
+// told to leave the disk alone) and reads the file anew, so that several programs agree. Unknown keys and
+// sections survive a write; a file that cannot be understood counts as empty, and is kept beside the new one
+// when that is written (base::KeepCopy).
 class AppSettings {
  public:
+  enum class Reading { kMakesFolder, kMakesNothing };
+
   // `applicationData` is base::ApplicationDataFolder(); the file is base::SettingsFile of it.
-  explicit AppSettings(std::filesystem::path applicationData) : folder_(std::move(applicationData)) {}
+  explicit AppSettings(std::filesystem::path applicationData, Reading reading = Reading::kMakesFolder)
+      : folder_(std::move(applicationData)), reading_(reading) {}
 
   // A number, held to the row's range if it has one; the row's initial value when the key is missing. Text
   // that is no number is 0.
@@ -40,6 +44,7 @@ class AppSettings {
 
  private:
   std::filesystem::path folder_;
+  Reading reading_;
   std::string cause_;
   std::filesystem::path keptCopy_;
 };
