@@ -71,14 +71,18 @@ class BatchCommand {
   // A store of the run's own.
   ExitStatus LoadStore() {
     std::vector<std::string> warnings;
-    const ExitStatus status = OpenProfiles(store_, arguments_.profiles, shell_, warnings);
+    // A dry run leaves no trace.
+    const auto firstRun = arguments_.dryRun ? profiles::FirstRun::kLeave : profiles::FirstRun::kSave;
+    const ExitStatus status = OpenProfiles(store_, arguments_.profiles, firstRun, shell_, warnings);
     if (arguments_.quiet) return status;
     for (const std::string& warning : warnings) PrintWarning(shell_.err, warning);
     return status;
   }
 
   [[nodiscard]] batch::BatchOptions Options() const {
-    const settings::AppSettings settings(shell_.applicationData);
+    using Reading = settings::AppSettings::Reading;
+    const settings::AppSettings settings(shell_.applicationData,
+                                         arguments_.dryRun ? Reading::kMakesNothing : Reading::kMakesFolder);
     batch::BatchOptions options;
     options.quality = arguments_.quality.value_or(
         static_cast<std::uint32_t>(settings.GetNumber(settings::Setting::kQuality)));

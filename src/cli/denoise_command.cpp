@@ -72,7 +72,8 @@ class DenoiseRun {
     const ProfileRequest& request = arguments_.profile;
     if (request.kind == Kind::kNone) return ExitStatus::kDone;
     std::vector<std::string> warnings;
-    const ExitStatus status = OpenProfiles(store_, arguments_.profiles, shell_, warnings);
+    const ExitStatus status =
+        OpenProfiles(store_, arguments_.profiles, profiles::FirstRun::kSave, shell_, warnings);
     if (status != ExitStatus::kDone) return status;
     for (const std::string& warning : warnings) Warn(warning);
     return request.kind == Kind::kNamed ? FindNamedSet(request) : ExitStatus::kDone;

@@ -15,7 +15,8 @@ namespace {
 ExitStatus ChooseProfiles(const InfoArguments& arguments, Shell& shell, InfoReport& report) {
   profiles::NoiseProfileStore store;
   std::vector<std::string> warnings;
-  const ExitStatus status = OpenProfiles(store, arguments.profiles, shell, warnings);
+  const ExitStatus status =
+      OpenProfiles(store, arguments.profiles, profiles::FirstRun::kLeave, shell, warnings);
   if (status != ExitStatus::kDone) return status;
   for (const std::string& warning : warnings) PrintWarning(shell.err, warning);
   const profiles::PhotoIdentity photo = IdentityOf(report.exif);

@@ -18,19 +18,29 @@ profiles::ProfilePaths ChosenProfilePaths(const std::filesystem::path& file, con
   return paths;
 }
 
-ExitStatus OpenProfiles(NoiseProfileStore& store, const std::filesystem::path& file, Shell& shell,
-                        std::vector<std::string>& warnings) {
+bool RefusesProfilesFolder(const std::filesystem::path& file, Shell& shell) {
+  std::error_code ignored;
+  // The user's own folder is made when it is not there; a misspelt one is not.
+  if (!file.has_parent_path() || std::filesystem::exists(file, ignored)) return false;
+  if (std::filesystem::is_directory(file.parent_path(), ignored)) return false;
+  PrintError(shell.err, "--profiles: " + About(file.native(), "its folder does not exist"));
+  return true;
+}
+
+ExitStatus OpenProfiles(NoiseProfileStore& store, const std::filesystem::path& file,
+                        profiles::FirstRun firstRun, Shell& shell, std::vector<std::string>& warnings) {
+  if (RefusesProfilesFolder(file, shell)) return ExitStatus::kUsage;
   store = NoiseProfileStore(ChosenProfilePaths(file, shell));
   std::error_code ignored;
   const bool missing = !file.empty() && !std::filesystem::exists(file, ignored);
-  // The user's own folder is made when it is not there; a misspelt one is not.
-  if (missing && file.has_parent_path() && !std::filesystem::is_directory(file.parent_path(), ignored)) {
-    PrintError(shell.err, About(file.native(), "its folder does not exist"));
-    return ExitStatus::kInput;
+  if (store.Load(file.empty() ? firstRun : profiles::FirstRun::kLeave)) {
+    return NoMemory(store.causeFile(), shell);
   }
-  if (store.Load()) return NoMemory(store.causeFile(), shell);
   if (missing) {
-    warnings.push_back(About(file.native(), "no such file; the sets shipped with the program stand in"));
+    const bool shipped = store.source() == profiles::ProfileSource::kDefaultFile;
+    warnings.push_back(About(
+        file.native(), std::string("no such file; the ") +
+                           (shipped ? "sets shipped with the program stand in" : "built-in set stands in")));
   }
   if (!store.cause().empty()) warnings.push_back(About(store.causeFile().native(), store.cause()));
   return ExitStatus::kDone;
@@ -65,6 +75,11 @@ std::string NoSuchSpeed(const NoiseProfileStore& store, std::uint32_t camera, st
     text += (i == 0 ? ", only for " : ", ") + std::to_string(profile.isoValues[i]);
   }
   return text;
+}
+
+std::string NotStorable(const std::wstring& name) {
+  return Quoted(base::Utf8FromWide(name)) +
+         " cannot be stored; names hold no control characters and no ']', and do not begin with '<<<'";
 }
 
 profiles::PhotoIdentity IdentityOf(const imageio::ExifSummary& exif) {

@@ -20,10 +20,16 @@ namespace mirellon::cli {
 [[nodiscard]] profiles::ProfilePaths ChosenProfilePaths(const std::filesystem::path& file,
                                                         const Shell& shell);
 
-// Loads the store. What is wrong with the file is added to `warnings`; only a folder that is not there and
-// lack of memory end the command, which is printed.
+// Whether --profiles names a file in a folder that is not there: a misspelt name, which every command refuses
+// as wrong usage. Prints that.
+[[nodiscard]] bool RefusesProfilesFolder(const std::filesystem::path& file, Shell& shell);
+
+// Loads the store. What is wrong with the file is added to `warnings`; only a refused folder, as above, and
+// lack of memory end the command, which is printed. With kSave, the first run's set is saved into the user's
+// own file, never into one that `file` names.
 [[nodiscard]] ExitStatus OpenProfiles(profiles::NoiseProfileStore& store, const std::filesystem::path& file,
-                                      Shell& shell, std::vector<std::string>& warnings);
+                                      profiles::FirstRun firstRun, Shell& shell,
+                                      std::vector<std::string>& warnings);
 
 // A camera by its stored name or, spaces left out, as photographs are matched.
 [[nodiscard]] std::optional<std::uint32_t> FindStoredCamera(const profiles::NoiseProfileStore& store,
@@ -35,6 +41,9 @@ namespace mirellon::cli {
 [[nodiscard]] std::string NoSuchCamera(const profiles::NoiseProfileStore& store, const std::wstring& name);
 [[nodiscard]] std::string NoSuchSpeed(const profiles::NoiseProfileStore& store, std::uint32_t camera,
                                       std::uint32_t iso);
+
+// Why a camera's name was refused: "'X]' cannot be stored; ...".
+[[nodiscard]] std::string NotStorable(const std::wstring& name);
 
 // The EXIF texts that choose a set.
 [[nodiscard]] profiles::PhotoIdentity IdentityOf(const imageio::ExifSummary& exif);

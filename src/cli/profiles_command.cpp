@@ -1,5 +1,6 @@
 #include "cli/profiles_command.h"
 
+#include <chrono>
 #include <string>
 
 #include "base/text.h"
@@ -9,12 +10,15 @@
 #include "cli/profiles_arguments.h"
 #include "cli/profiles_measure.h"
 #include "cli/profiles_report.h"
+#include "profiles/profile_lock.h"
 
 namespace mirellon::cli {
 
 namespace {
 
 using profiles::NoiseProfileStore;
+
+constexpr std::chrono::seconds kLongestWait{10};  // for another program that changes the file
 
 // One action on the stored sets. Each function prints what goes wrong and gives the status to end with.
 class ProfilesRun {
@@ -26,8 +30,9 @@ class ProfilesRun {
       PrintPaths(shell_.out, ChosenProfilePaths(arguments_.profiles, shell_), arguments_.json);
       return ExitStatus::kDone;
     }
-    const bool changes = action != ProfilesAction::kList && action != ProfilesAction::kShow;
-    const ExitStatus status = Open(changes);
+    if (action == ProfilesAction::kMeasure) return Measure();
+    const bool changes = action == ProfilesAction::kSet || action == ProfilesAction::kRemove;
+    const ExitStatus status = changes ? OpenForChange() : Open();
     if (status != ExitStatus::kDone) return status;
     switch (action) {
       case ProfilesAction::kShow:
@@ -36,10 +41,7 @@ class ProfilesRun {
         return Set();
       case ProfilesAction::kRemove:
         return Remove();
-      case ProfilesAction::kMeasure:
-        return Measure();
-      case ProfilesAction::kList:
-      case ProfilesAction::kPath:
+      default:
         break;
     }
     PrintCameras(shell_.out, store_, arguments_.json);
@@ -47,15 +49,34 @@ class ProfilesRun {
   }
 
  private:
-  ExitStatus Open(bool changes) {
+  // Nothing is written but what the action asks for.
+  ExitStatus Open() {
     std::vector<std::string> warnings;
-    const ExitStatus status = OpenProfiles(store_, arguments_.profiles, shell_, warnings);
+    const ExitStatus status =
+        OpenProfiles(store_, arguments_.profiles, profiles::FirstRun::kLeave, shell_, warnings);
+    for (const std::string& warning : warnings) PrintWarning(shell_.err, warning);
+    return status;
+  }
+
+  // From here to the end nobody else changes the file.
+  ExitStatus OpenForChange() {
+    if (RefusesProfilesFolder(arguments_.profiles, shell_)) return ExitStatus::kUsage;
+    const std::filesystem::path file = ChosenProfilePaths(arguments_.profiles, shell_).userFile;
+    if (lock_.Acquire(file, kLongestWait, &shell_.engine.control)) {
+      if (shell_.engine.control.Aborted()) return Interrupted(file, shell_);
+      PrintError(shell_.err, About(file.native(), lock_.cause()));
+      return ExitStatus::kOutput;
+    }
+    std::vector<std::string> warnings;
+    const ExitStatus status =
+        OpenProfiles(store_, arguments_.profiles, profiles::FirstRun::kLeave, shell_, warnings);
     if (status != ExitStatus::kDone) return status;
     // A photograph given as profile file by mistake, or somebody's letters: nothing to write over.
-    if (changes && !store_.understood() && store_.source() == profiles::ProfileSource::kUserFile) {
+    if (!store_.understood() && store_.source() == profiles::ProfileSource::kUserFile) {
       PrintError(shell_.err, About(store_.causeFile().native(), store_.cause() + "; left as it is"));
       return ExitStatus::kOutput;
     }
+    if (warned_) return ExitStatus::kDone;
     for (const std::string& warning : warnings) PrintWarning(shell_.err, warning);
     return ExitStatus::kDone;
   }
@@ -109,19 +130,17 @@ class ProfilesRun {
   }
 
   ExitStatus Set() {
-    if (!profiles::IsStorableName(arguments_.camera)) {
-      return Refuse(
-          "CAMERA: " + Quoted(base::Utf8FromWide(arguments_.camera)) +
-          " cannot be stored; names hold no control characters and no ']', and do not begin with '<<<'");
-    }
     const std::uint32_t iso = arguments_.iso.value_or(0);
     const std::optional<std::uint32_t> camera = FindStoredCamera(store_, arguments_.camera);
     const std::optional<std::uint32_t> entry = camera ? FindStoredEntry(store_, *camera, iso) : std::nullopt;
     engine::DenoiseParameters set = entry ? *store_.Entry(*camera, *entry) : profiles::BuiltInParameters();
     arguments_.given.Replace(set);
+    // A damaged file may hold names that no file should.
     const std::wstring name = camera ? store_.cameras()[*camera].name : arguments_.camera;
-    if (store_.AddOrReplace(name, std::to_wstring(iso), set))
+    if (!profiles::IsStorableName(name)) return Refuse("CAMERA: " + NotStorable(name));
+    if (store_.AddOrReplace(name, std::to_wstring(iso), profiles::AsStored(set))) {
       return NoMemory(store_.paths().userFile, shell_);
+    }
     return SaveAndPrint({{name, iso}});
   }
 
@@ -141,18 +160,30 @@ class ProfilesRun {
   // The shipped sets, even where the user's file says otherwise by now; never empty.
   [[nodiscard]] std::vector<engine::DenoiseParameters> CatchAllSets() const {
     NoiseProfileStore shipped({{}, store_.paths().defaultFile});
-    const bool found = !shipped.Load() && shipped.source() == profiles::ProfileSource::kDefaultFile;
+    const bool found = !shipped.Load(profiles::FirstRun::kLeave) &&
+                       shipped.source() == profiles::ProfileSource::kDefaultFile;
     const NoiseProfileStore& source = found ? shipped : store_;
     if (source.Entry(0, 0) == nullptr) return {profiles::BuiltInParameters()};
     return source.cameras().front().parameters;
   }
 
   ExitStatus Measure() {
+    // What would be refused in the end is refused before the work; others need not wait for that.
+    ExitStatus status = OpenForChange();
+    lock_.Release();
+    warned_ = true;
+    if (status != ExitStatus::kDone) return status;
+    NoiseByCamera measured;
+    const ExitStatus complete = MeasurePhotos(arguments_.photos, measured, shell_);
+    if (measured.empty()) return complete;
+    status = OpenForChange();
+    if (status != ExitStatus::kDone) return status;
     std::vector<StoredSet> stored;
-    const ExitStatus measured = MeasureProfiles(arguments_.photos, CatchAllSets(), store_, stored, shell_);
-    if (stored.empty()) return measured;
-    const ExitStatus saved = SaveAndPrint(stored);
-    return saved == ExitStatus::kDone ? measured : saved;
+    const ExitStatus added = AddMeasured(measured, CatchAllSets(), store_, stored, shell_);
+    if (added == ExitStatus::kMemory || stored.empty()) return added;
+    status = SaveAndPrint(stored);
+    if (status != ExitStatus::kDone) return status;
+    return added == ExitStatus::kDone ? complete : ExitStatus::kFailed;
   }
 
   ExitStatus SaveAndPrint(const std::vector<StoredSet>& sets) {
@@ -170,6 +201,8 @@ class ProfilesRun {
   const ProfilesArguments& arguments_;
   Shell& shell_;
   NoiseProfileStore store_;
+  profiles::ProfileLock lock_;
+  bool warned_ = false;  // what is wrong with the file has been told already
 };
 
 ExitStatus WrongAction(const std::string& text, Shell& shell) {

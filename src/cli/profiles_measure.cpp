@@ -1,6 +1,5 @@
 #include "cli/profiles_measure.h"
 
-#include <map>
 #include <string>
 
 #include "cli/command_support.h"
@@ -15,22 +14,12 @@ namespace mirellon::cli {
 
 namespace {
 
-// The noise of the photographs of one camera and speed.
-struct Measurements {
-  double luminance = 0.0;  // sums
-  double chrominance = 0.0;
-  int count = 0;
-};
-
-// By camera key and ISO speed.
-using Measured = std::map<StoredSet, Measurements>;
-
 ExitStatus Refuse(const std::filesystem::path& photo, const char* why, Shell& shell) {
   PrintError(shell.err, About(photo.native(), why));
   return ExitStatus::kInput;
 }
 
-ExitStatus Measure(const std::filesystem::path& photo, Measured& measured, Shell& shell) {
+ExitStatus Measure(const std::filesystem::path& photo, NoiseByCamera& measured, Shell& shell) {
   imageio::Document document;
   imageio::LoadReport report;
   const ExitStatus status = LoadInput(photo, document, report, shell);
@@ -48,7 +37,7 @@ ExitStatus Measure(const std::filesystem::path& photo, Measured& measured, Shell
 
   const engine::MeasuredNoise noise = engine::MeasureNoise(document.source);
   if (noise.failed) return NoMemory(photo, shell);
-  Measurements& sums = measured[{camera, static_cast<std::uint32_t>(iso)}];
+  NoiseSums& sums = measured[{camera, static_cast<std::uint32_t>(iso)}];
   sums.luminance += noise.luminance;
   sums.chrominance += noise.chrominance;
   ++sums.count;
@@ -57,23 +46,37 @@ ExitStatus Measure(const std::filesystem::path& photo, Measured& measured, Shell
 
 }  // namespace
 
-ExitStatus MeasureProfiles(const std::vector<std::filesystem::path>& photos,
-                           const std::vector<engine::DenoiseParameters>& sets,
-                           profiles::NoiseProfileStore& store, std::vector<StoredSet>& stored, Shell& shell) {
-  Measured measured;
+ExitStatus MeasurePhotos(const std::vector<std::filesystem::path>& photos, NoiseByCamera& measured,
+                         Shell& shell) {
   ExitStatus result = ExitStatus::kDone;
   for (const std::filesystem::path& photo : photos) {
     const ExitStatus status = Measure(photo, measured, shell);
-    if (shell.engine.control.Aborted()) return Interrupted(photo, shell);
+    if (shell.engine.control.Aborted()) {
+      measured.clear();
+      return Interrupted(photo, shell);
+    }
     if (status != ExitStatus::kDone) result = photos.size() == 1 ? status : ExitStatus::kFailed;
   }
+  return result;
+}
+
+ExitStatus AddMeasured(const NoiseByCamera& measured, const std::vector<engine::DenoiseParameters>& sets,
+                       profiles::NoiseProfileStore& store, std::vector<StoredSet>& stored, Shell& shell) {
+  ExitStatus result = ExitStatus::kDone;
   for (const auto& [key, sums] : measured) {
-    const engine::DenoiseParameters set =
-        profiles::InterpolateByNoise(sets, sums.luminance / sums.count, sums.chrominance / sums.count);
+    const engine::DenoiseParameters set = profiles::AsStored(
+        profiles::InterpolateByNoise(sets, sums.luminance / sums.count, sums.chrominance / sums.count));
     // Under the name that the camera has already, if it has.
     const std::optional<std::uint32_t> camera = FindStoredCamera(store, key.first);
     const std::wstring name = camera ? store.cameras()[*camera].name : key.first;
-    if (store.AddOrReplace(name, std::to_wstring(key.second), set)) return NoMemory(photos.front(), shell);
+    if (!profiles::IsStorableName(name)) {
+      PrintError(shell.err, NotStorable(name));
+      result = ExitStatus::kInput;
+      continue;
+    }
+    if (store.AddOrReplace(name, std::to_wstring(key.second), set)) {
+      return NoMemory(store.paths().userFile, shell);
+    }
     stored.emplace_back(name, key.second);
   }
   return result;

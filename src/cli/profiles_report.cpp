@@ -3,9 +3,8 @@
 #include <string>
 #include <system_error>
 
-#include <nlohmann/json.hpp>
-
 #include "base/text.h"
+#include "cli/json_parts.h"
 #include "cli/parameter_options.h"
 #include "cli/report.h"
 #include "profiles/number_text.h"
@@ -14,19 +13,8 @@ namespace mirellon::cli {
 
 namespace {
 
-// Keys in the order in which they were set.
-using Json = nlohmann::ordered_json;
-
-void Print(std::ostream& out, const Json& value, int indent) {
-  out << value.dump(indent, ' ', false, Json::error_handler_t::replace) << '\n';
-}
-
 std::string Name(const profiles::CameraProfile& camera) {
   return base::Utf8FromWide(camera.name);
-}
-
-Json NameJson(const std::filesystem::path& file) {
-  return base::Utf8FromWide(base::WideFromUtf8(file.native()));
 }
 
 void PrintSetJson(std::ostream& out, const profiles::CameraProfile& camera, std::size_t entry) {
@@ -39,7 +27,7 @@ void PrintSetJson(std::ostream& out, const profiles::CameraProfile& camera, std:
     object[base::Utf8FromWide(row.key)] = set.*row.member;
   }
   object[kArtefactsKey] = set.m_iUseMedian;
-  Print(out, object, -1);
+  Print(out, object, JsonLayout::kOneLine);
 }
 
 }  // namespace
@@ -55,7 +43,7 @@ void PrintCameras(std::ostream& out, const profiles::NoiseProfileStore& store, b
     for (const std::uint32_t iso : camera.isoValues) line.append(1, ' ').append(std::to_string(iso));
     out << line << '\n';
   }
-  if (json) Print(out, list, 2);
+  if (json) Print(out, list, JsonLayout::kLines);
 }
 
 void PrintSet(std::ostream& out, const profiles::CameraProfile& camera, std::size_t entry, bool json) {
@@ -64,7 +52,7 @@ void PrintSet(std::ostream& out, const profiles::CameraProfile& camera, std::siz
   out << base::PrintableName(Name(camera)) << ", ISO " << std::to_string(camera.isoValues[entry]) << '\n';
   for (const profiles::StoredValue& row : profiles::kStoredValues) {
     out << "  " << base::Utf8FromWide(row.key) << " = "
-        << base::Utf8FromWide(profiles::DecimalText(set.*row.member, 2)) << '\n';
+        << base::Utf8FromWide(profiles::DecimalText(set.*row.member, profiles::kStoredDecimals)) << '\n';
   }
   out << "  " << kArtefactsKey << " = " << std::to_string(set.m_iUseMedian) << '\n';
 }
@@ -76,11 +64,14 @@ void PrintPaths(std::ostream& out, const profiles::ProfilePaths& paths, bool jso
   }
   Json object;
   object["schema"] = kReportSchema;
-  object["userFile"] = NameJson(paths.userFile);
+  SetName(object, "userFile", paths.userFile);
   std::error_code ignored;
-  const bool shipped = std::filesystem::exists(paths.defaultFile, ignored);
-  object["defaultFile"] = shipped ? NameJson(paths.defaultFile) : Json();
-  Print(out, object, 2);
+  if (std::filesystem::exists(paths.defaultFile, ignored)) {
+    SetName(object, "defaultFile", paths.defaultFile);
+  } else {
+    object["defaultFile"] = nullptr;
+  }
+  Print(out, object, JsonLayout::kLines);
 }
 
 }  // namespace mirellon::cli

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <exiv2/exiv2.hpp>
@@ -56,6 +57,7 @@ class ProfilesCommandTest : public ::testing::Test {
   // A photograph of that camera, and what was measured on it.
   engine::MeasuredNoise MakePhoto(const std::string& name, const std::string& make, const std::string& model,
                                   int iso, std::uint32_t seed = 5) {
+    std::filesystem::create_directories((folder_ / name).parent_path());
     const picture::PicBuf picture = test::PhotoLikePicture(64, 48, 3, 8, seed);
     EXPECT_FALSE(test::WritePicture(folder_ / name, picture));
     const auto image = Exiv2::ImageFactory::open(Path(name));
@@ -200,9 +202,15 @@ TEST_F(ProfilesCommandTest, MeasuredPhotographsBecomeSets) {
   const json set = json::parse(line);
   EXPECT_TRUE(set["camera"] == "Maker / One" && set["iso"] == 400);
   const double luminance = (first.luminance + second.luminance) / 2.0;
-  EXPECT_DOUBLE_EQ(set["m_dImmerkaerY"], luminance);
-  EXPECT_DOUBLE_EQ(set["m_dImmerkaerUV"], (first.chrominance + second.chrominance) / 2.0);
-  EXPECT_DOUBLE_EQ(set["m_dStrength"], 20.0 + luminance / 2.0);
+  // What is printed is what is stored, with two decimals.
+  EXPECT_NEAR(set["m_dImmerkaerY"], luminance, 0.005001);
+  EXPECT_NEAR(set["m_dImmerkaerUV"], (first.chrominance + second.chrominance) / 2.0, 0.005001);
+  EXPECT_NEAR(set["m_dStrength"], 20.0 + luminance / 2.0, 0.005001);
+  EXPECT_EQ(Profiles({"show", "Maker / One", "400", "--json"}), line + "\n");
+  const std::string stored =
+      Profiles({"set", "Maker / One", "400", "--strength=12.3456", "--dynamics=-0.001", "--json"});
+  EXPECT_NE(stored.find(R"("m_dStrength":12.35,)"), std::string::npos) << stored;
+  EXPECT_EQ(Profiles({"show", "Maker / One", "400", "--json"}), stored);
   EXPECT_EQ(Profiles({"list"}), "<<Unknown Camera>>: 200 6400\nMaker / One: 400\nMaker / Two: 100\n");
 }
 
@@ -235,19 +243,83 @@ TEST_F(ProfilesCommandTest, AnotherFileTakesThePlaceOfTheUsersOwn) {
   EXPECT_EQ(Run({"profiles", "set", "X", "100", "--profiles", Path("folder.ini")}), ExitStatus::kOutput);
   EXPECT_EQ(err_.str(), "mirellon-cli: '" + Path("folder.ini") + "': Is a directory; left as it is\n");
   for (const char* name : {"a.png/x.ini", "no such/x.ini"}) {
-    EXPECT_EQ(Run({"profiles", "set", "X", "100", "--profiles", Path(name)}), ExitStatus::kInput);
-    EXPECT_EQ(err_.str(), "mirellon-cli: '" + Path(name) + "': its folder does not exist\n");
+    for (Words words : {Words{"profiles", "set", "X", "100"}, Words{"profiles", "measure", Path("a.png")},
+                        Words{"profiles", "list"}, Words{"info", Path("a.png")},
+                        Words{"denoise", Path("a.png"), Path("new.png")}, Words{"batch", Path("")}}) {
+      words.insert(words.end(), {"--profiles", Path(name)});
+      EXPECT_EQ(Run(words), ExitStatus::kUsage) << words.front();
+      EXPECT_EQ(err_.str(), "mirellon-cli: --profiles: '" + Path(name) + "': its folder does not exist\n");
+    }
   }
 }
 
-TEST_F(ProfilesCommandTest, TheFirstRunWithoutShippedSetsSavesTheBuiltInOne) {
+TEST_F(ProfilesCommandTest, LookingWritesNothingAndWorkingTheFirstRunsSet) {
   shell_.resourceFolders.clear();
-  EXPECT_EQ(Profiles({"list"}), "<<Unknown Camera>>: 100\n");
+  MakePhoto("in/a.png", "Maker", "One", 400);
+  const Words named = {"--profiles", Path("mine.ini")};
+  for (const Words& look : {Words{"profiles", "list"}, Words{"profiles", "show", "<<Unknown Camera>>"},
+                            Words{"info", Path("in/a.png")}, Words{"batch", Path("in"), "--dry-run"}}) {
+    EXPECT_EQ(Run(look), ExitStatus::kDone) << err_.str();
+    Words words = look;
+    words.insert(words.end(), named.begin(), named.end());
+    EXPECT_EQ(Run(words), ExitStatus::kDone);
+    EXPECT_TRUE(err_.str().starts_with("mirellon-cli: warning: '" + Path("mine.ini") +
+                                       "': no such file; the built-in set stands in\n"))
+        << err_.str();
+  }
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "settings"));
+  Words denoise = {"denoise", Path("in/a.png"), Path("o.png"), "--no-metadata", "--overwrite"};
+  denoise.insert(denoise.end(), named.begin(), named.end());
+  EXPECT_EQ(Run(denoise), ExitStatus::kDone);
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "mine.ini"));
+  denoise.resize(denoise.size() - named.size());
+  EXPECT_EQ(Run(denoise), ExitStatus::kDone);
+  EXPECT_EQ(err_.str(), "");
   EXPECT_TRUE(std::filesystem::exists(UserFile()));
   test::WriteBytes(folder_ / "in the way", "");
   shell_.applicationData = folder_ / "in the way";
-  EXPECT_EQ(Profiles({"list"}), "<<Unknown Camera>>: 100\n");
-  EXPECT_EQ(std::ranges::count(err_.str(), '\n'), 1) << err_.str();
+  EXPECT_EQ(Run(denoise), ExitStatus::kDone);
+  EXPECT_NE(err_.str().find("': the folder cannot be made\n"), std::string::npos) << err_.str();
+}
+
+TEST_F(ProfilesCommandTest, ANameThatNoFileCanHoldIsTheReasonGiven) {
+  test::WriteBytes(folder_ / "odd.ini",
+                   "[General]\nNo Of Cameras=2\n[Camera_1]\nm_wcsCameraName=Maker / O]ne\n");
+  const Words file = {"--profiles", Path("odd.ini")};
+  MakePhoto("a.png", "Maker", "O]ne", 400);
+  for (const Words& words : {Words{"set", "Maker/O]ne", "100"}, Words{"measure", Path("a.png")}}) {
+    Words all = words;
+    all.insert(all.end(), file.begin(), file.end());
+    EXPECT_NE(Profiles(all).find("cannot be stored"), std::string::npos) << err_.str();
+    EXPECT_EQ(err_.str().find("memory"), std::string::npos);
+  }
+}
+
+TEST_F(ProfilesCommandTest, SetsStoredAtOnceAreAllKept) {
+  {
+    std::vector<std::jthread> programs;
+    programs.reserve(8);
+    for (int i = 0; i < 8; ++i) {
+      programs.emplace_back([this, i] {
+        std::ostringstream out;
+        std::ostringstream err;
+        engine::EngineContext engine;
+        Shell shell{.out = out, .err = err, .engine = engine, .applicationData = shell_.applicationData};
+        const std::string camera = "Camera " + std::to_string(i);
+        const std::vector<const char*> args = {"profiles", "set", camera.c_str(), "100"};
+        EXPECT_EQ(RunCommandLine(args, shell), ExitStatus::kDone) << err.str();
+      });
+    }
+  }
+  EXPECT_EQ(json::parse(Profiles({"list", "--json"})).size(), 9U);
+}
+
+TEST_F(ProfilesCommandTest, PathsThatAreNotUtf8ComeTwice) {
+  shell_.applicationData = folder_ / "\xFF";
+  const json paths = json::parse(Profiles({"path", "--json"}));
+  EXPECT_TRUE(paths.contains("userFileBase64"));
+  EXPECT_EQ(paths["defaultFile"], Path("shipped/CameraISOSettingX.ini"));
+  EXPECT_FALSE(paths.contains("defaultFileBase64"));
 }
 
 }  // namespace mirellon::cli
