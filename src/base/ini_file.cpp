@@ -106,7 +106,7 @@ bool IniFile::Write(const std::filesystem::path& file) {
   int error = ENOMEM;
   try {
     std::string text(content_->byteOrderMark ? kByteOrderMark : "");
-    IniTextWriter<IniParser> writer(text, content_->carriageReturns);
+    IniTextWriter writer(text, content_->carriageReturns);
     if (content_->parser.Save(writer, false) >= 0) error = ReplaceFile(file, text);
   } catch (const std::bad_alloc&) {
     error = ENOMEM;

@@ -85,9 +85,10 @@ inline std::wstring FirstSpelling(std::wstring_view name) {
 
 // Collects the text with the line ends asked for, and one blank line, not two, between sections.
 template <class Parser>
-class IniTextWriter : public Parser::OutputWriter {
+class AnyIniTextWriter : public Parser::OutputWriter {
  public:
-  IniTextWriter(std::string& text, bool carriageReturns) : text_(text), carriageReturns_(carriageReturns) {}
+  AnyIniTextWriter(std::string& text, bool carriageReturns)
+      : text_(text), carriageReturns_(carriageReturns) {}
 
   void Write(const char* piece) override {
     for (; *piece != '\0'; ++piece) {
@@ -105,6 +106,9 @@ class IniTextWriter : public Parser::OutputWriter {
   bool carriageReturns_;
   int lineEnds_ = 0;
 };
+
+using IniTextWriter = AnyIniTextWriter<IniParser>;
+using SpelledIniTextWriter = AnyIniTextWriter<SpelledIniParser>;
 
 // UTF-16, which some editors save, is none of the encodings that are read.
 inline bool IsUtf16(std::string_view text) {

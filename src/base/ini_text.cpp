@@ -75,7 +75,7 @@ bool IniText::Add(const std::wstring& section, const wchar_t* key, const std::ws
 std::string IniText::Text() const {
   try {
     std::string text(kByteOrderMark);
-    IniTextWriter<SpelledIniParser> writer(text, /*carriageReturns=*/true);
+    SpelledIniTextWriter writer(text, /*carriageReturns=*/true);
     if (content_->parser.Save(writer, /*a_bAddSignature=*/false) >= 0) return text;
   } catch (const std::bad_alloc&) {
   }

@@ -6,6 +6,7 @@
 #include "base/text.h"
 #include "cli/command_support.h"
 #include "cli/diagnostics.h"
+#include "profiles/profile_lock.h"
 
 namespace mirellon::cli {
 
@@ -33,9 +34,17 @@ ExitStatus OpenProfiles(NoiseProfileStore& store, const std::filesystem::path& f
   store = NoiseProfileStore(ChosenProfilePaths(file, shell));
   std::error_code ignored;
   const bool missing = !file.empty() && !std::filesystem::exists(file, ignored);
-  if (store.Load(file.empty() ? firstRun : profiles::FirstRun::kLeave)) {
-    return NoMemory(store.causeFile(), shell);
+  if (!file.empty()) firstRun = profiles::FirstRun::kLeave;
+  profiles::ProfileLock lock;
+  const profiles::ProfilePaths& paths = store.paths();
+  // A first run must not save its one set over those that another program stores at this moment.
+  if (firstRun == profiles::FirstRun::kSave && !std::filesystem::exists(paths.userFile, ignored) &&
+      !std::filesystem::exists(paths.defaultFile, ignored) &&
+      lock.Acquire(paths.userFile, kLongestProfilesWait, &shell.engine.control)) {
+    firstRun = profiles::FirstRun::kLeave;
+    warnings.push_back(About(paths.userFile.native(), lock.cause()));
   }
+  if (store.Load(firstRun)) return NoMemory(store.causeFile(), shell);
   if (missing) {
     const bool shipped = store.source() == profiles::ProfileSource::kDefaultFile;
     warnings.push_back(About(

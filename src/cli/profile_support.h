@@ -1,6 +1,7 @@
 // Stored sets, as the commands use them.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -19,6 +20,9 @@ namespace mirellon::cli {
 // The profile file that `file` names (empty: the user's), with the one shipped with the program.
 [[nodiscard]] profiles::ProfilePaths ChosenProfilePaths(const std::filesystem::path& file,
                                                         const Shell& shell);
+
+// For another program that changes the profile file.
+inline constexpr std::chrono::seconds kLongestProfilesWait{10};
 
 // Whether --profiles names a file in a folder that is not there: a misspelt name, which every command refuses
 // as wrong usage. Prints that.

@@ -1,6 +1,5 @@
 #include "cli/profiles_command.h"
 
-#include <chrono>
 #include <string>
 
 #include "base/text.h"
@@ -17,8 +16,6 @@ namespace mirellon::cli {
 namespace {
 
 using profiles::NoiseProfileStore;
-
-constexpr std::chrono::seconds kLongestWait{10};  // for another program that changes the file
 
 // One action on the stored sets. Each function prints what goes wrong and gives the status to end with.
 class ProfilesRun {
@@ -62,7 +59,7 @@ class ProfilesRun {
   ExitStatus OpenForChange() {
     if (RefusesProfilesFolder(arguments_.profiles, shell_)) return ExitStatus::kUsage;
     const std::filesystem::path file = ChosenProfilePaths(arguments_.profiles, shell_).userFile;
-    if (lock_.Acquire(file, kLongestWait, &shell_.engine.control)) {
+    if (lock_.Acquire(file, kLongestProfilesWait, &shell_.engine.control)) {
       if (shell_.engine.control.Aborted()) return Interrupted(file, shell_);
       PrintError(shell_.err, About(file.native(), lock_.cause()));
       return ExitStatus::kOutput;
