@@ -53,6 +53,7 @@ class PictureJob {
     folder_ = file.parent_path() / kResultFolder;
     target_ = folder_ / file.filename();
     saving_.jpegQuality = state.options.jpegQuality;
+    saving_.pngCompression = state.options.pngCompression;
     saving_.metadata = state.options.metadata;
     saving_.applicationData = state.options.applicationData;
     saving_.control = &state.engine.control;

@@ -21,7 +21,8 @@ struct BatchOptions {
   std::uint32_t quality = engine::kQualityMedium;
   bool useGpu = false;
   bool fusion = false;
-  std::optional<int> jpegQuality = {};  // percent; none: the one of the settings file
+  std::optional<int> jpegQuality = {};     // percent; none: the one of the settings file
+  std::optional<int> pngCompression = {};  // 1 to 9; none: the usual one
   bool metadata = true;
   std::filesystem::path applicationData = {};  // where the settings are; empty: none are read or written
   bool dryRun = false;                         // load and choose parameters, make and write nothing

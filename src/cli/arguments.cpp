@@ -14,6 +14,7 @@ void AddRunOptions(Parser& parser, DenoiseArguments& arguments) {
   AddBackendOption(parser, arguments.backend);
   AddThreadsOption(parser, arguments.threads);
   AddJpegQualityOption(parser, arguments.jpegQuality);
+  AddPngCompressionOption(parser, arguments.pngCompression);
 }
 
 void AddReportOptions(Parser& parser, DenoiseArguments& arguments) {

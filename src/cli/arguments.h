@@ -9,6 +9,7 @@
 
 #include "cli/backend.h"
 #include "cli/parameter_arguments.h"
+#include "cli/parameter_options.h"
 #include "engine/parameters.h"
 
 namespace mirellon::cli {
@@ -26,6 +27,7 @@ struct DenoiseArguments {
   Backend backend = Backend::kCpu;
   std::optional<std::uint32_t> threads;  // none: as many as the process may use
   std::optional<int> jpegQuality;        // percent; none: the one stored in the settings file
+  std::optional<int> pngCompression = kUsualPngCompression;
   bool metadata = true;
   bool overwrite = false;
   ProgressMode progress = ProgressMode::kAuto;

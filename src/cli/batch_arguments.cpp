@@ -48,6 +48,7 @@ ParseOutcome ParseBatchArguments(std::span<const char* const> args, BatchArgumen
   AddBackendOption(parser, arguments.backend);
   AddThreadsOption(parser, arguments.threads);
   AddJpegQualityOption(parser, arguments.jpegQuality);
+  AddPngCompressionOption(parser, arguments.pngCompression);
   parser.AddFlag("--no-metadata", "Do not copy EXIF data and colour profile to the results", noMetadata);
   AddProfilesOption(parser, arguments.profiles);
   parser.AddFlag("--dry-run", "Load and choose values, denoise and write nothing", arguments.dryRun);

@@ -7,6 +7,7 @@
 #include <span>
 
 #include "cli/arguments.h"
+#include "cli/parameter_options.h"
 
 namespace mirellon::cli {
 
@@ -17,6 +18,7 @@ struct BatchArguments {
   Backend backend = Backend::kCpu;
   std::optional<std::uint32_t> threads;  // none: as many as the process may use
   std::optional<int> jpegQuality;        // percent; none: the one stored in the settings file
+  std::optional<int> pngCompression = kUsualPngCompression;
   bool metadata = true;
   std::filesystem::path profiles;  // empty: the user's
   bool dryRun = false;

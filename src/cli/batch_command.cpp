@@ -87,6 +87,7 @@ class BatchCommand {
     options.quality = arguments_.quality.value_or(
         static_cast<std::uint32_t>(settings.GetNumber(settings::Setting::kQuality)));
     options.jpegQuality = arguments_.jpegQuality;
+    options.pngCompression = arguments_.pngCompression;
     options.metadata = arguments_.metadata;
     options.applicationData = shell_.applicationData;
     options.dryRun = arguments_.dryRun;

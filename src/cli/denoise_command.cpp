@@ -43,6 +43,7 @@ class DenoiseRun {
     report_.threads = arguments.threads.value_or(engine::CountProcessors());
     report_.simd = engine::SimdTargetName();
     saving_.jpegQuality = arguments.jpegQuality;
+    saving_.pngCompression = arguments.pngCompression;
     saving_.metadata = arguments.metadata;
     saving_.overwrite = arguments.overwrite;
     saving_.applicationData = shell.applicationData;

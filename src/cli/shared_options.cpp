@@ -60,6 +60,14 @@ void AddJpegQualityOption(Parser& parser, std::optional<int>& quality) {
                   WholeReader(kMinJpegQuality, kMaxJpegQuality, quality));
 }
 
+void AddPngCompressionOption(Parser& parser, std::optional<int>& compression) {
+  parser.AddValue("--png-compression", "N",
+                  "Compression of a PNG result, quick to small" +
+                      RangeText(std::to_string(kMinPngCompression), std::to_string(kMaxPngCompression),
+                                std::to_string(kUsualPngCompression)),
+                  WholeReader(kMinPngCompression, kMaxPngCompression, compression));
+}
+
 void AddProgressOption(Parser& parser, ProgressMode& progress) {
   parser.AddValue("--progress", JoinWords(kProgressChoices, "|"),
                   "Progress bar on standard error (default auto: on a terminal)",

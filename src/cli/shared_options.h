@@ -32,6 +32,7 @@ void AddQualityOption(Parser& parser, std::string_view fallback, Parser::Reader 
 void AddBackendOption(Parser& parser, Backend& backend);
 void AddThreadsOption(Parser& parser, std::optional<std::uint32_t>& threads);
 void AddJpegQualityOption(Parser& parser, std::optional<int>& quality);
+void AddPngCompressionOption(Parser& parser, std::optional<int>& compression);
 void AddProgressOption(Parser& parser, ProgressMode& progress);
 
 }  // namespace mirellon::cli

@@ -58,7 +58,8 @@ std::string FormatRefusal(FREE_IMAGE_FORMAT format, const picture::SBxPicBuf& pi
   return {};
 }
 
-int SaveFlags(FREE_IMAGE_FORMAT format, int jpegQuality) {
+int SaveFlags(FREE_IMAGE_FORMAT format, int jpegQuality, std::optional<int> pngCompression) {
+  if (format == FIF_PNG) return pngCompression.value_or(0);
   if (format != FIF_JPEG) return 0;
   return jpegQuality < 1 ? kQualityFallback : std::min(jpegQuality, kQualityMost);
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 
 #include <FreeImage.h>
@@ -26,7 +27,8 @@ struct BitmapType {
 // Why the format cannot hold the picture; empty when it can.
 [[nodiscard]] std::string FormatRefusal(FREE_IMAGE_FORMAT format, const picture::SBxPicBuf& picture);
 
-// The library's save flags: for JPEG the quality (95 for one below 1, at most 100), else none.
-[[nodiscard]] int SaveFlags(FREE_IMAGE_FORMAT format, int jpegQuality);
+// The library's save flags: for JPEG the quality (95 for one below 1, at most 100), for PNG the compression
+// where one is asked for, else none.
+[[nodiscard]] int SaveFlags(FREE_IMAGE_FORMAT format, int jpegQuality, std::optional<int> pngCompression);
 
 }  // namespace mirellon::imageio

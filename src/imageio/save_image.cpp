@@ -98,7 +98,8 @@ bool WriteChecked(const SBxPicBuf& picture, const std::filesystem::path& target,
   CheckedFile file;
   if (file.Open(report.written, WorkName(format), options.control)) return ReportWriteFault(file, report);
   std::string cause;
-  if (EncodePicture(bitmap.get(), format, SaveFlags(format, jpegQuality), file, cause)) {
+  if (EncodePicture(bitmap.get(), format, SaveFlags(format, jpegQuality, options.pngCompression), file,
+                    cause)) {
     return ReportWriteFault(file, report, cause);
   }
   bitmap.reset();

@@ -27,8 +27,9 @@ enum class SaveStatus {
 };
 
 struct SaveOptions {
-  std::optional<int> jpegQuality = {};  // percent; none: the quality stored in the settings file
-  bool metadata = true;                 // copy EXIF and the ICC profile from document.currentPath
+  std::optional<int> jpegQuality = {};     // percent; none: the quality stored in the settings file
+  std::optional<int> pngCompression = {};  // 1 (quick) to 9 (small); none: the library's own, about 6
+  bool metadata = true;                    // copy EXIF and the ICC profile from document.currentPath
   bool overwrite = true;
   // Where the settings live (base::ApplicationDataFolder()); empty: none are read (quality 85) or written.
   std::filesystem::path applicationData = {};

@@ -35,7 +35,8 @@ TEST(ArgumentsTest, EveryOptionReachesItsOwnValue) {
       "--profile=EOS@5D@400 --profiles=p.ini --strength 1.5 in.jpg --strength-chroma=50 "
       "--strength-chroma-large 0 --dynamics -2 "
       "--sharp-tiny 4 --sharp-medium .25 --sharp-rough 2e0 --artefacts strong --quality superior "
-      "--backend fusion --threads 256 --jpeg-quality 1 --no-metadata out.jpg --overwrite --overwrite "
+      "--backend fusion --threads 256 --jpeg-quality 1 --png-compression 9 --no-metadata out.jpg --overwrite "
+      "--overwrite "
       "--progress never --quiet --json");
   const std::vector<std::string> words{std::istream_iterator<std::string>(line), {}};
   Words args;
@@ -57,6 +58,7 @@ TEST(ArgumentsTest, EveryOptionReachesItsOwnValue) {
   EXPECT_EQ(arguments.backend, Backend::kFusion);
   EXPECT_EQ(arguments.threads, 256U);
   EXPECT_EQ(arguments.jpegQuality, 1);
+  EXPECT_EQ(arguments.pngCompression, 9);
   EXPECT_TRUE(!arguments.metadata && arguments.overwrite && arguments.quiet && arguments.json);
   EXPECT_EQ(arguments.progress, ProgressMode::kNever);
 }
@@ -76,7 +78,8 @@ TEST(ArgumentsTest, NumbersAreRefusedWithTheirRange) {
                {"--sharp-rough", "-1", "5", "0 and 4"},
                {"--threads", "0", "257", "1 and 256"},
                {"--threads", "-4", "99999999999999999999", "1 and 256"},
-               {"--jpeg-quality", "0", "101", "1 and 100"}};
+               {"--jpeg-quality", "0", "101", "1 and 100"},
+               {"--png-compression", "0", "10", "1 and 9"}};
   const Words malformed = {"",   "x",  "1e", "1,5",   "0x10", "nan",   "inf",   "-inf",
                            "1 ", " 1", "+1", "1.2.3", "--",   "1e999", "--json"};
   for (const auto& c : cases) {
