@@ -5,6 +5,7 @@
 #include <system_error>
 #include <utility>
 
+#include "base/file_descriptor.h"
 #include "batch/count_images.h"
 
 namespace mirellon::batch {
@@ -69,6 +70,10 @@ BatchSummary BatchRun::ProcessFiles(const std::vector<std::filesystem::path>& fi
     if (MustEnd()) break;
     if (LiesAmongResults(file)) {
       Skip(file, "it lies in a folder of results");
+    } else if (std::error_code error; !std::filesystem::exists(file, error)) {
+      // Somebody named it, whatever its name looks like; a file that goes later is like one that a walk
+      // misses.
+      ReportMissing(file, error ? base::ErrorText(error.value()) : "no such file");
     } else {
       Process(file);
     }
@@ -103,6 +108,16 @@ void BatchRun::Process(const std::filesystem::path& file) {
     summary_.end = BatchSummary::End::kNoOutputFolder;
     ended_ = true;
   }
+}
+
+void BatchRun::ReportMissing(const std::filesystem::path& file, const std::string& cause) {
+  EntryReport report;
+  report.input = file;
+  report.end = EntryEnd::kFailed;
+  report.cause = cause;
+  report.photograph = true;
+  Count(report.end);
+  observer_.EntryEnded(report);
 }
 
 void BatchRun::Skip(const std::filesystem::path& path, const std::string& cause, EntryEnd end) {

@@ -37,6 +37,7 @@ class BatchRun {
   void NoteSources(const std::vector<std::filesystem::path>& files);
   void Process(const std::filesystem::path& file);
   void Count(EntryEnd end);
+  void ReportMissing(const std::filesystem::path& file, const std::string& cause);
   void Skip(const std::filesystem::path& path, const std::string& cause, EntryEnd end = EntryEnd::kSkipped);
 
   BatchState state_;

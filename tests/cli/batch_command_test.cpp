@@ -96,9 +96,9 @@ TEST_F(BatchCommandTest, TheStatusTellsHowItEnded) {
 TEST_F(BatchCommandTest, AListMayComeFromAFileOrStandardInput) {
   for (const char* name : {"1.png", "new\nline.png"}) MakePhoto(name);
   test::WriteBytes(folder_ / "list", Path("1.png") + "\n\n" + Path("no.png") + "\n");
-  EXPECT_EQ(Run({"--files-from", Path("list"), "--json"}), ExitStatus::kDone);
+  EXPECT_EQ(Run({"--files-from", Path("list"), "--json"}), ExitStatus::kFailed);
   ASSERT_EQ(Lines().size(), 2U);
-  EXPECT_EQ(Lines()[1]["status"], "skipped");
+  EXPECT_EQ(Lines()[1]["status"], "failed");
   test::WriteBytes(folder_ / "list", Path("new\nline.png") + std::string(1, '\0'));
   const base::FileDescriptor list(open(Path("list").c_str(), O_RDONLY | O_CLOEXEC));
   shell_.in = list.get();
