@@ -190,19 +190,14 @@ class PictureJob {
   }
 
   void Denoise() {
-    const engine::DenoiseParameters& parameters = report_.parameters;
     engine::DenoiseRequest request;
     request.destination = &document_.result.record();
     request.source = &document_.source.record();
-    request.strength = parameters.m_dStrength;
-    request.strengthChroma = parameters.m_dStrengthChroma;
-    request.strengthChromaLarge = parameters.m_dStrengthChromaLarge;
+    request.Use(report_.parameters);
     request.quality = state_.options.quality;
-    request.dynamics = parameters.m_dDynamics;
     request.progressWindow = observer_.PictureProgress();
     request.useGpu = state_.options.useGpu;
     request.threads = state_.engine.processorCount;
-    request.pointArtefactMode = parameters.m_iUseMedian;
     // It gets ready while the picture is denoised.
     if (state_.options.metadata) state_.tool.Prepare();
     watch_.Lap();

@@ -110,14 +110,10 @@ bool FilterPart(EngineContext& context, DenoiseRequest request, const SBxPicBuf&
 
 DenoiseRequest RequestOf(const EngineContext& context, const PreviewRequest& preview) {
   DenoiseRequest request;
-  request.strength = preview.parameters.m_dStrength;
-  request.strengthChroma = preview.parameters.m_dStrengthChroma;
-  request.strengthChromaLarge = preview.parameters.m_dStrengthChromaLarge;
+  request.Use(preview.parameters);
   request.quality = preview.quality;
-  request.dynamics = preview.parameters.m_dDynamics;
   request.progressWindow = preview.progress;
   request.threads = std::max<std::uint32_t>(context.processorCount, 1);
-  request.pointArtefactMode = preview.parameters.m_iUseMedian;
   return request;
 }
 

@@ -44,6 +44,15 @@ struct DenoiseRequest {
   bool useGpu = false;
   std::uint32_t threads = 1;  // the plane filter never uses more than 16
   int pointArtefactMode = 0;  // m_iUseMedian
+
+  // Takes what a set says of the filter: strengths, dynamics, point artefacts.
+  void Use(const DenoiseParameters& parameters) {
+    strength = parameters.m_dStrength;
+    strengthChroma = parameters.m_dStrengthChroma;
+    strengthChromaLarge = parameters.m_dStrengthChromaLarge;
+    dynamics = parameters.m_dDynamics;
+    pointArtefactMode = parameters.m_iUseMedian;
+  }
 };
 
 }  // namespace mirellon::engine

@@ -13,8 +13,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <type_traits>
-#include <utility>
 
 #include "engine/similarity_band.h"
 #include "engine/weight_tables.h"

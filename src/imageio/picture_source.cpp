@@ -104,14 +104,13 @@ bool PictureSource::FindFormat(const std::filesystem::path& file, LoadReport& re
   if (format_ == FIF_UNKNOWN) {
     return Refuse(report, LoadStatus::kUnknownFormat, "not a picture file that can be read");
   }
-  report.format = FreeImage_GetFormatFromFIF(format_);
-  if (FreeImage_FIFSupportsReading(format_) == FALSE) {
-    return Refuse(report, LoadStatus::kUnknownFormat, report.format + " pictures cannot be read");
-  }
   const auto read = [this](std::uint64_t offset, std::size_t size) { return ReadAt(offset, size); };
   if (format_ == FIF_RAW && FreeImage_GetFIFFromFilename(file.c_str()) != FIF_RAW && HoldsOrdinaryTiff(read))
     format_ = FIF_TIFF;
   report.format = FreeImage_GetFormatFromFIF(format_);
+  if (FreeImage_FIFSupportsReading(format_) == FALSE) {
+    return Refuse(report, LoadStatus::kUnknownFormat, report.format + " pictures cannot be read");
+  }
   if (format_ == FIF_TIFF) patches_ = TiffWithoutMetadata(read);
   return format_ == FIF_JPEG && OpenJpeg(report);
 }

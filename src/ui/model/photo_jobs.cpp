@@ -18,13 +18,9 @@ using picture::PicBuf;
 engine::DenoiseRequest RequestOf(const engine::DenoiseParameters& parameters, std::uint32_t quality,
                                  base::ProgressSink* progress) {
   engine::DenoiseRequest request;
-  request.strength = parameters.m_dStrength;
-  request.strengthChroma = parameters.m_dStrengthChroma;
-  request.strengthChromaLarge = parameters.m_dStrengthChromaLarge;
+  request.Use(parameters);
   request.quality = quality;
-  request.dynamics = parameters.m_dDynamics;
   request.progressWindow = progress;
-  request.pointArtefactMode = parameters.m_iUseMedian;
   return request;
 }
 
