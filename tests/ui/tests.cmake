@@ -16,3 +16,7 @@ mirellon_add_test(ui/main_window LINK mirellon_test_window)
 mirellon_add_test(ui/dialogs LINK mirellon_test_window)
 mirellon_add_test(ui/parameter_panel LINK mirellon_test_window)
 mirellon_add_test(ui/workbench LINK mirellon_test_window)
+
+add_test(NAME ui/end_to_end
+  COMMAND ${CMAKE_CURRENT_LIST_DIR}/end_to_end_test ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
+set_tests_properties(ui/end_to_end PROPERTIES TIMEOUT 300)
