@@ -213,6 +213,8 @@ constexpr std::array kOwnTexts = std::to_array<TextRow>({
     {254, L"No"},
     {255, L"Finishing the photograph in work ..."},
     {256, L"... and %1 more"},
+    {330, L"Original"},
+    {331, L"Denoised"},
 });
 
 constexpr bool Ascending(std::span<const TextRow> rows, int first, int last) {

@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QImage>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QWheelEvent>
@@ -9,13 +10,26 @@
 #include <cstdlib>
 #include <utility>
 
+#include "ui/side_label.h"
+
 namespace mirellon::ui {
 
 namespace {
 
-constexpr int kWheelStep = 120;  // what one notch of a wheel sends; finer devices send it in parts
-constexpr int kSplitReach = 6;   // device pixels either side of the line
-constexpr int kPaneGap = 4;      // device pixels between the panes
+constexpr int kWheelStep = 120;   // what one notch of a wheel sends; finer devices send it in parts
+constexpr int kSplitReach = 6;    // device pixels either side of the line
+constexpr int kPaneGap = 4;       // device pixels between the panes
+constexpr int kEdgeReach = 6;     // logical pixels either side of an edge of the rectangle
+constexpr double kKeyStep = 0.1;  // of the rectangle's shorter side
+
+Qt::CursorShape CursorOf(unsigned edges) {
+  const bool across = (edges & (kLeftEdge | kRightEdge)) != 0;
+  const bool down = (edges & (kTopEdge | kBottomEdge)) != 0;
+  if (!across) return Qt::SizeVerCursor;
+  if (!down) return Qt::SizeHorCursor;
+  const bool falling = ((edges & kLeftEdge) != 0) == ((edges & kTopEdge) != 0);
+  return falling ? Qt::SizeFDiagCursor : Qt::SizeBDiagCursor;
+}
 
 }  // namespace
 
@@ -99,6 +113,23 @@ void ImageView::PlaceRectangle() {
   Redraw();
 }
 
+void ImageView::SetRectangleShown(bool shown) {
+  if (rectangleShown_ == shown) return;
+  rectangleShown_ = shown;
+  if (!shown) SetPicking(false);
+  unsetCursor();
+  Redraw();
+}
+
+void ImageView::SetLabels(const Labels& labels) {
+  labels_ = labels;
+  update();
+}
+
+bool ImageView::RectangleUsable() const {
+  return rectangleShown_ && rectangle_.rect() && !locked_ && mode_ != ViewMode::kNoise;
+}
+
 int ImageView::shown() const {
   if (geometry_.empty()) return kDrawNothing;
   if (holdOriginal_) return kDrawOriginal;
@@ -154,7 +185,8 @@ void ImageView::FollowSize() {
 // ---- Painting ----
 
 void ImageView::Redraw() {
-  renderer_.SetRectangle(mode_ == ViewMode::kNoise ? std::nullopt : rectangle_.rect());
+  const bool outlined = rectangleShown_ && mode_ != ViewMode::kNoise;
+  renderer_.SetRectangle(outlined ? rectangle_.rect() : std::nullopt);
   renderer_.SetSplit(mode_ == ViewMode::kSplit && !holdOriginal_ ? SplitColumn() : -1);
   update();
 }
@@ -170,18 +202,43 @@ void ImageView::DrawPane(QPainter& painter, int which, int left) {
 
 void ImageView::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
-  if (mode_ != ViewMode::kSideBySide || geometry_.empty()) {
-    DrawPane(painter, shown(), 0);
-    if (mode_ == ViewMode::kSplit && !geometry_.empty() && !holdOriginal_) {
-      painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
-      const double x = SplitColumn() / devicePixelRatioF();
-      painter.drawLine(QPointF(x, 0), QPointF(x, height()));
-    }
+  if (geometry_.empty()) return DrawPane(painter, shown(), 0);
+  DrawComparison(painter);
+  DrawLabels(painter);
+}
+
+void ImageView::DrawComparison(QPainter& painter) {
+  if (mode_ == ViewMode::kSideBySide) {
+    painter.fillRect(rect(), palette().color(QPalette::Window));
+    DrawPane(painter, kDrawOriginal, 0);
+    DrawPane(painter, shown(), geometry_.viewWidth() + kPaneGap);
     return;
   }
-  painter.fillRect(rect(), palette().color(QPalette::Window));
-  DrawPane(painter, kDrawOriginal, 0);
-  DrawPane(painter, shown(), geometry_.viewWidth() + kPaneGap);
+  DrawPane(painter, shown(), 0);
+  if (mode_ != ViewMode::kSplit || holdOriginal_) return;
+  painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
+  const double x = SplitColumn() / devicePixelRatioF();
+  painter.drawLine(QPointF(x, 0), QPointF(x, height()));
+}
+
+void ImageView::DrawLabels(QPainter& painter) {
+  const QRectF whole = rect();
+  const QString& present = holdOriginal_ ? labels_.original : labels_.result;
+  const double scale = devicePixelRatioF();
+  if (mode_ == ViewMode::kSideBySide) {
+    const double width = geometry_.viewWidth() / scale;
+    DrawSideLabel(painter, {0.0, 0.0, width, whole.height()}, Side::kLeft, labels_.original);
+    const double second = (geometry_.viewWidth() + kPaneGap) / scale;
+    DrawSideLabel(painter, {second, 0.0, width, whole.height()}, Side::kRight, present);
+  } else if (mode_ == ViewMode::kSplit && !holdOriginal_) {
+    const double x = SplitColumn() / scale;
+    DrawSideLabel(painter, {0.0, 0.0, x, whole.height()}, Side::kLeft, labels_.original);
+    DrawSideLabel(painter, {x, 0.0, whole.width() - x, whole.height()}, Side::kRight, labels_.result);
+  } else if (holdOriginal_) {
+    DrawSideLabel(painter, whole, Side::kLeft, labels_.original);
+  } else if (mode_ == ViewMode::kNoise) {
+    DrawSideLabel(painter, whole, Side::kRight, labels_.noise);
+  }
 }
 
 void ImageView::resizeEvent(QResizeEvent* event) {
@@ -218,6 +275,13 @@ int ImageView::SplitColumn() const {
   return static_cast<int>(std::lround(split_ * geometry_.viewWidth()));
 }
 
+unsigned ImageView::EdgesAt(const QPoint& device) const {
+  if (!RectangleUsable()) return kNoEdge;
+  const QPoint picture = PicturePoint(device);
+  const double reach = kEdgeReach * devicePixelRatioF() / geometry_.zoom();
+  return rectangle_.EdgesAt(picture.x(), picture.y(), static_cast<int>(std::lround(std::min(reach, 1e6))));
+}
+
 bool ImageView::OverSplit(const QPoint& device) const {
   return mode_ == ViewMode::kSplit && std::abs(device.x() - SplitColumn()) <= kSplitReach;
 }
@@ -235,7 +299,10 @@ void ImageView::BeginGesture(const QPoint& at) {
   } else if (picking_ && !locked_) {
     gesture_ = Gesture::kPickRectangle;
     anchor_ = picture;
-  } else if (rectangle_.Contains(picture.x(), picture.y()) && !locked_ && mode_ != ViewMode::kNoise) {
+  } else if (edges_ = EdgesAt(at); edges_ != kNoEdge) {
+    gesture_ = Gesture::kResizeRectangle;
+    anchor_ = picture;
+  } else if (RectangleUsable() && rectangle_.Contains(picture.x(), picture.y())) {
     gesture_ = Gesture::kMoveRectangle;
     anchor_ = picture;
   } else {
@@ -253,6 +320,11 @@ void ImageView::ContinueGesture(const QPoint& at) {
       break;
     case Gesture::kMoveRectangle:
       rectangle_.MoveBy(picture.x() - anchor_.x(), picture.y() - anchor_.y());
+      anchor_ = picture;
+      emit rectangleMoving();
+      break;
+    case Gesture::kResizeRectangle:
+      rectangle_.ResizeBy(edges_, picture.x() - anchor_.x(), picture.y() - anchor_.y());
       anchor_ = picture;
       emit rectangleMoving();
       break;
@@ -279,7 +351,9 @@ void ImageView::UpdateCursor(const QPoint& at) {
   const QPoint picture = PicturePoint(at);
   if (!geometry_.empty() && OverSplit(at)) {
     setCursor(Qt::SplitHCursor);
-  } else if (!geometry_.empty() && rectangle_.Contains(picture.x(), picture.y())) {
+  } else if (const unsigned edges = EdgesAt(at); edges != kNoEdge) {
+    setCursor(CursorOf(edges));
+  } else if (RectangleUsable() && rectangle_.Contains(picture.x(), picture.y())) {
     setCursor(Qt::SizeAllCursor);
   } else {
     unsetCursor();
@@ -296,7 +370,35 @@ void ImageView::mouseReleaseEvent(QMouseEvent* event) {
     SetPicking(false);
     Redraw();
   }
-  if (ended == Gesture::kPickRectangle || ended == Gesture::kMoveRectangle) emit rectangleChanged();
+  const bool changed = ended == Gesture::kPickRectangle || ended == Gesture::kMoveRectangle ||
+                       ended == Gesture::kResizeRectangle;
+  if (changed) emit rectangleChanged();
+}
+
+// What the pointer does with the preview rectangle: Shift and an arrow moves it, with Ctrl its lower right
+// corner.
+void ImageView::keyPressEvent(QKeyEvent* event) {
+  const auto modifiers = event->modifiers() & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);
+  const bool resize = modifiers == (Qt::ShiftModifier | Qt::ControlModifier);
+  QPoint direction;
+  if (event->key() == Qt::Key_Left) direction = {-1, 0};
+  if (event->key() == Qt::Key_Right) direction = {1, 0};
+  if (event->key() == Qt::Key_Up) direction = {0, -1};
+  if (event->key() == Qt::Key_Down) direction = {0, 1};
+  if (direction.isNull() || !RectangleUsable() || (modifiers != Qt::ShiftModifier && !resize)) {
+    return QWidget::keyPressEvent(event);
+  }
+  const PictureRect rect = rectangle_.rect().value();
+  const int shorter = std::min(rect.right - rect.left, rect.bottom - rect.top);
+  const QPoint by = direction * std::max(1, static_cast<int>(std::lround(kKeyStep * shorter)));
+  if (resize) {
+    rectangle_.ResizeBy(kRightEdge | kBottomEdge, by.x(), by.y());
+  } else {
+    rectangle_.MoveBy(by.x(), by.y());
+  }
+  emit rectangleMoving();
+  Redraw();
+  emit rectangleChanged();
 }
 
 void ImageView::mouseDoubleClickEvent(QMouseEvent* event) {

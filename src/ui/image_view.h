@@ -40,6 +40,15 @@ class ImageView : public QWidget {
   // The next press of the left button begins a new preview rectangle.
   void SetPicking(bool picking);
   void PlaceRectangle();  // of the usual size in the photograph's middle
+  // A rectangle that is not shown cannot be moved either.
+  void SetRectangleShown(bool shown);
+  // What the two sides of a comparison and the other pictures are called; empty: no name.
+  struct Labels {
+    QString original;
+    QString result;
+    QString noise;
+  };
+  void SetLabels(const Labels& labels);
 
   void ZoomIn();
   void ZoomOut();
@@ -49,6 +58,7 @@ class ImageView : public QWidget {
 
   [[nodiscard]] const ViewGeometry& geometry() const { return geometry_; }
   [[nodiscard]] const PreviewRectangle& rectangle() const { return rectangle_; }
+  [[nodiscard]] bool rectangleShown() const { return rectangleShown_; }
   [[nodiscard]] bool picking() const { return picking_; }
   // Which picture is drawn now, as the renderer numbers them.
   [[nodiscard]] int shown() const;
@@ -68,10 +78,11 @@ class ImageView : public QWidget {
   void mouseReleaseEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
   void changeEvent(QEvent* event) override;
 
  private:
-  enum class Gesture { kNone, kPan, kMoveRectangle, kPickRectangle, kSplit };
+  enum class Gesture { kNone, kPan, kMoveRectangle, kResizeRectangle, kPickRectangle, kSplit };
 
   void Redraw();
   void AfterZoom();
@@ -85,6 +96,11 @@ class ImageView : public QWidget {
   [[nodiscard]] bool OverSplit(const QPoint& device) const;
   [[nodiscard]] int SplitColumn() const;
   void DrawPane(QPainter& painter, int which, int left);
+  void DrawComparison(QPainter& painter);
+  void DrawLabels(QPainter& painter);
+  // The edges of the preview rectangle under the pointer.
+  [[nodiscard]] unsigned EdgesAt(const QPoint& device) const;
+  [[nodiscard]] bool RectangleUsable() const;
 
   ViewGeometry geometry_;
   ViewRenderer renderer_;
@@ -93,7 +109,10 @@ class ImageView : public QWidget {
   bool locked_ = false;
   bool holdOriginal_ = false;
   bool picking_ = false;
-  double split_ = 0.5;  // of the view's width
+  bool rectangleShown_ = true;
+  Labels labels_;
+  unsigned edges_ = kNoEdge;  // being dragged
+  double split_ = 0.5;        // of the view's width
   Gesture gesture_ = Gesture::kNone;
   QPoint last_;    // pointer, device pixels
   QPoint anchor_;  // where a picked rectangle began, picture coordinates

@@ -67,6 +67,7 @@ MainWindow::~MainWindow() = default;
 void MainWindow::BuildCentre() {
   auto* centre = new QWidget(this);
   view_ = new ImageView(centre);
+  view_->SetLabels({texts_(text::kOriginal), texts_(text::kDenoised), texts_(209)});
   panel_ = new ParameterPanel(context_, texts_, centre);
   startHint_ = new StartHint(texts_, view_);
   auto* row = new QHBoxLayout(centre);
@@ -128,6 +129,9 @@ void MainWindow::BuildToolBar() {
   zoomBox_ = new ZoomBox(bar);
   zoomBox_->setToolTip(texts_(84));
   bar->addWidget(zoomBox_);
+  bar->addSeparator();
+  bar->addActions({a[Command::kViewSingle], a[Command::kViewSplit], a[Command::kViewSideBySide],
+                   a[Command::kViewRemovedNoise]});
   bar->addSeparator();
   bar->addActions({a[Command::kShowOriginal], a[Command::kPicker]});
 }
@@ -242,6 +246,7 @@ void MainWindow::FollowPhotograph() {
     (void)recent_.Store(base::SettingsFile(context_.applicationData));  // forgotten at worst
     UpdateRecentMenu();
     view_->PlaceRectangle();
+    view_->SetRectangleShown(true);
     panel_->ShowPhotograph(photograph);
     view_->setFocus();
   }
@@ -251,7 +256,7 @@ void MainWindow::FollowPhotograph() {
 void MainWindow::FollowResult() {
   view_->ShowPatch(std::nullopt);
   view_->ShowResult(workbench_.session().resultDisplay());
-  UpdateHint();
+  ShowRectangle(false);  // nothing in it would differ
   // After everybody knows of the result.
   if (auto next = std::exchange(afterDenoise_, nullptr)) QTimer::singleShot(0, this, next);
 }
@@ -261,7 +266,7 @@ void MainWindow::UpdateHint() {
   if (!session.hasImage()) {
     status_->SetHint(texts_(text::kOpenHint));
   } else {
-    status_->SetHint(texts_(session.denoised() ? text::kCompareHint : text::kPreviewHint));
+    status_->SetHint(texts_(view_->rectangleShown() ? text::kPreviewHint : text::kCompareHint));
   }
 }
 
@@ -280,6 +285,11 @@ void MainWindow::UpdateRecentMenu() {
   });
 }
 
+void MainWindow::ShowRectangle(bool shown) {
+  view_->SetRectangleShown(shown);
+  UpdateHint();
+}
+
 void MainWindow::RequestPreview() {
   const std::optional<PictureRect>& rect = view_->rectangle().rect();
   if (!rect || workbench_.session().activity() == Activity::kDenoising) return;
@@ -289,6 +299,7 @@ void MainWindow::RequestPreview() {
     view_->ShowPatch(std::nullopt);
     return;
   }
+  ShowRectangle(true);
   workbench_.WishPreview({*rect, panel_->parameters(), panel_->quality()});
 }
 

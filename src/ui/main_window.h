@@ -70,6 +70,7 @@ class MainWindow : public QMainWindow {
   void UpdateHint();
   void UpdateRecentMenu();
   void RequestPreview();
+  void ShowRectangle(bool shown);
   void ApplyScheme(int scheme);
   void RestorePlace();
   void StorePlace();

@@ -72,6 +72,7 @@ void MainWindow::Do(Command command) {
     case Command::kMoveDown:
       return view_->Move(Direction::kDown);
     case Command::kPicker:
+      ShowRectangle(true);
       return view_->SetPicking(!view_->picking());
     case Command::kUndo:
       return panel_->Undo();

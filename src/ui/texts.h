@@ -65,6 +65,8 @@ inline constexpr int kNoWebPage = 243;
 inline constexpr int kWhyNot = 244;
 inline constexpr int kFinishing = 255;
 inline constexpr int kAndMore = 256;
+inline constexpr int kOriginal = 330;
+inline constexpr int kDenoised = 331;
 }  // namespace text
 
 class Texts {

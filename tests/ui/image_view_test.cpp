@@ -81,6 +81,58 @@ TEST_F(ImageViewTest, PlacesARectangleWithThePicker) {
   EXPECT_EQ(view.rectangle().rect()->right - view.rectangle().rect()->left, PreviewRectangle::kWidth);
 }
 
+TEST_F(ImageViewTest, ResizesTheRectangleByEdgeAndByKeyboard) {
+  view.PlaceRectangle();  // 280 ... 920 by 160 ... 640 at half size
+  QSignalSpy changed(&view, &ImageView::rectangleChanged);
+  Drag({140, 200}, {120, 210});
+  EXPECT_EQ(view.rectangle().rect()->left, 240);
+  EXPECT_EQ(view.rectangle().rect()->top, 160) << "an edge moves across only";
+  Drag({460, 320}, {450, 330});
+  EXPECT_EQ(view.rectangle().rect()->right, 900);
+  EXPECT_EQ(view.rectangle().rect()->bottom, 660);
+  ASSERT_EQ(changed.count(), 2);
+  QTest::keyClick(&view, Qt::Key_Left, Qt::ShiftModifier);
+  EXPECT_EQ(view.rectangle().rect()->left, 190) << "a tenth of the shorter side";
+  QTest::keyClick(&view, Qt::Key_Down, Qt::ShiftModifier | Qt::ControlModifier);
+  EXPECT_EQ(view.rectangle().rect()->bottom, 710);
+  EXPECT_EQ(view.rectangle().rect()->top, 160);
+  EXPECT_EQ(changed.count(), 4);
+  view.SetRectangleShown(false);
+  const double centre = view.geometry().centreX();
+  Drag({300, 200}, {310, 200});
+  EXPECT_NE(view.geometry().centreX(), centre) << "a rectangle that is not seen is not in the way";
+  QTest::keyClick(&view, Qt::Key_Left, Qt::ShiftModifier);
+  EXPECT_EQ(changed.count(), 4);
+}
+
+TEST_F(ImageViewTest, NamesTheSidesOfAComparison) {
+  view.SetLabels({QStringLiteral("before"), QStringLiteral("after"), QStringLiteral("between")});
+  view.ShowPhotograph(MakeDisplay(test::ConstantPicture(1200, 800, 3, 8, 200)));
+  const auto labelled = [this](const QRect& part) {
+    const QImage image = view.grab(part).toImage();
+    for (int x = 0; x < image.width(); ++x) {
+      if (image.pixelColor(x, image.height() / 2).red() < 100) return true;
+    }
+    return false;
+  };
+  const QRect left(12, 12, 20, 20);
+  const QRect right(568, 12, 20, 20);
+  const auto expect = [&](bool leftSide, bool rightSide, const char* what) {
+    EXPECT_EQ(labelled(left), leftSide) << what;
+    EXPECT_EQ(labelled(right), rightSide) << what;
+  };
+  expect(false, false, "the result alone needs no name");
+  view.HoldOriginal(true);
+  expect(true, false, "held");
+  view.HoldOriginal(false);
+  view.SetMode(ViewMode::kSplit);
+  expect(true, true, "split");
+  view.SetMode(ViewMode::kSideBySide);
+  expect(true, true, "side by side");
+  view.SetMode(ViewMode::kNoise);
+  expect(false, true, "removed noise");
+}
+
 TEST_F(ImageViewTest, RefusesEverythingWhileLockedOrEmpty) {
   const auto nothingHappens = [this](int shown) {
     const double zoom = view.geometry().zoom();

@@ -9,6 +9,13 @@ namespace mirellon::ui {
 
 using PictureRect = picture::CBxRect<int>;
 
+// Edges of a rectangle, to be combined.
+inline constexpr unsigned kNoEdge = 0;
+inline constexpr unsigned kLeftEdge = 1;
+inline constexpr unsigned kTopEdge = 2;
+inline constexpr unsigned kRightEdge = 4;
+inline constexpr unsigned kBottomEdge = 8;
+
 // A rectangle in picture coordinates, never beyond the photograph.
 class PreviewRectangle {
  public:
@@ -24,9 +31,14 @@ class PreviewRectangle {
   // From one corner to the other, in any order; too small ones grow, too large ones shrink to the limits.
   void PlaceBetween(int x1, int y1, int x2, int y2);
   void MoveBy(int dx, int dy);
+  // Moves the gripped edges by so much, within the limits; the others stay where they are.
+  void ResizeBy(unsigned edges, int dx, int dy);
   void Remove() { rect_.reset(); }
 
   [[nodiscard]] bool Contains(int x, int y) const;
+  // The edges within `reach` of the point, one or a corner's two; kNoEdge: it is elsewhere. A small rectangle
+  // keeps its inside for moving.
+  [[nodiscard]] unsigned EdgesAt(int x, int y, int reach) const;
   [[nodiscard]] const std::optional<PictureRect>& rect() const { return rect_; }
 
  private:

@@ -1,4 +1,6 @@
 // The models that take no more than a table each.
+#include <tuple>
+
 #include <gtest/gtest.h>
 
 #include "support/temporary_folder.h"
@@ -27,6 +29,59 @@ TEST(ViewTextsTest, WritesAndReadsZooms) {
 TEST(ViewTextsTest, NamesThePhotographInTheTitle) {
   EXPECT_EQ(WindowTitle({}), L"Mirellon");
   EXPECT_EQ(WindowTitle("/p/\xC3\xA4\n.jpg"), L"Mirellon - /p/\u00E4?.jpg");
+}
+
+TEST(PreviewRectangleTest, ResizesByItsEdgesWithinTheLimits) {
+  struct Case {
+    const char* what;
+    unsigned edges;
+    int dx, dy;
+    PictureRect expected;
+  };
+  const Case cases[] = {
+      {"an edge", kLeftEdge, 10, 99, {310, 200, 500, 300}},
+      {"a corner", kRightEdge | kBottomEdge, 20, -30, {300, 200, 520, 270}},
+      {"not turned about", kRightEdge, -900, 0, {300, 200, 300 + PreviewRectangle::kLeastSide, 300}},
+      {"not turned about", kTopEdge, 0, 900, {300, 300 - PreviewRectangle::kLeastSide, 500, 300}},
+      {"not beyond the photograph", kLeftEdge | kBottomEdge, -999, 9999, {0, 200, 500, 800}},
+      {"not above the largest side",
+       kRightEdge,
+       99999,
+       0,
+       {300, 200, 300 + PreviewRectangle::kMostSide, 300}},
+      {"none", kNoEdge, 5, 5, {300, 200, 500, 300}},
+  };
+  for (const Case& c : cases) {
+    PreviewRectangle rectangle;
+    rectangle.SetPicture(3000, 800);
+    rectangle.PlaceBetween(300, 200, 500, 300);
+    rectangle.ResizeBy(c.edges, c.dx, c.dy);
+    const PictureRect rect = rectangle.rect().value();
+    EXPECT_EQ(std::tie(rect.left, rect.top, rect.right, rect.bottom),
+              std::tie(c.expected.left, c.expected.top, c.expected.right, c.expected.bottom))
+        << c.what;
+  }
+  // Smaller than the smallest side, the photograph limits it.
+  PreviewRectangle tiny;
+  tiny.SetPicture(5, 3);
+  tiny.PlaceAt(2, 1);
+  tiny.ResizeBy(kLeftEdge | kTopEdge, 4, 4);
+  tiny.ResizeBy(kRightEdge | kBottomEdge, -9, 9);
+  EXPECT_EQ(tiny.rect()->right - tiny.rect()->left, 5);
+  EXPECT_EQ(tiny.rect()->bottom - tiny.rect()->top, 3);
+}
+
+TEST(PreviewRectangleTest, FindsTheEdgesUnderThePointer) {
+  PreviewRectangle rectangle;
+  rectangle.SetPicture(3000, 800);
+  EXPECT_EQ(rectangle.EdgesAt(300, 200, 6), kNoEdge) << "there is none";
+  rectangle.PlaceBetween(300, 200, 500, 300);
+  EXPECT_EQ(rectangle.EdgesAt(297, 204, 6), kLeftEdge | kTopEdge);
+  EXPECT_EQ(rectangle.EdgesAt(400, 306, 6), kBottomEdge);
+  EXPECT_EQ(rectangle.EdgesAt(494, 250, 6), kRightEdge);
+  EXPECT_EQ(rectangle.EdgesAt(400, 250, 6), kNoEdge);
+  EXPECT_EQ(rectangle.EdgesAt(300, 320, 6), kNoEdge) << "beside the rectangle";
+  EXPECT_EQ(rectangle.EdgesAt(400, 250, 1000), kNoEdge) << "the inside stays for moving";
 }
 
 TEST(PreviewRectangleTest, StaysInsideThePhotograph) {
