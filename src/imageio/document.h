@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 
 #include "base/window_services.h"
 #include "imageio/exif_summary.h"
@@ -14,6 +15,9 @@ struct Document {
   picture::PicBuf source;                 // as loaded
   picture::PicBuf result;                 // what is saved
   ExifSummary exif;
+  int orientation = 1;                // PhotoMetadata's; the pictures are as stored, not turned
+  std::string profile;                // PhotoMetadata's; it belongs to the samples of both pictures
+  bool profileRefused = false;        // likewise
   std::filesystem::path currentPath;  // the file loaded last: source of output names and of metadata
 };
 

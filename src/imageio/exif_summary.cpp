@@ -9,6 +9,7 @@
 #include <system_error>
 #include <vector>
 
+#include <exiv2/error.hpp>
 #include <exiv2/exif.hpp>
 #include <exiv2/image.hpp>
 
@@ -16,6 +17,7 @@
 #include "base/text.h"
 #include "imageio/exif_texts.h"
 #include "imageio/library_support.h"
+#include "imageio/photo_metadata.h"
 
 namespace mirellon::imageio {
 
@@ -70,20 +72,53 @@ ExifSummary SummaryOf(const Exiv2::ExifData& data) {
   return summary;
 }
 
+int OrientationOf(const Exiv2::ExifData& data) {
+  const int value = Short(data, "Exif.Image.Orientation").value_or(1);
+  return value >= 1 && value <= 8 ? value : 1;
+}
+
+// Reads what there is. A profile that is cut off need not cost the photograph the rest of its data: true = it
+// is, and whatever was read before it is there.
+bool ReadWithoutProfileErrors(Exiv2::Image& image) {
+  try {
+    image.readMetadata();
+  } catch (const Exiv2::Error& error) {
+    if (error.code() != Exiv2::kerInvalidIccProfile) throw;
+    return true;
+  }
+  return false;
+}
+
+void TakeProfile(Exiv2::Image& image, PhotoMetadata& metadata) {
+  if (metadata.profileRefused || !image.iccProfileDefined()) return;
+  const Exiv2::DataBuf& profile = *image.iccProfile();
+  const auto size = static_cast<std::size_t>(std::max<long>(profile.size_, 0));
+  metadata.profileRefused = size > kMostProfileBytes;
+  if (!metadata.profileRefused) metadata.profile.assign(reinterpret_cast<const char*>(profile.pData_), size);
+}
+
 }  // namespace
 
-ExifSummary ReadExifSummary(const std::filesystem::path& file) {
+PhotoMetadata ReadPhotoMetadata(const std::filesystem::path& file) {
   PrepareLibraries();
   try {
     base::FileDescriptor regular;
     if (base::OpenForReading(file, regular) != 0) return {};
     // Only an absolute name is safe from being taken for a web address or standard input.
     const auto image = Exiv2::ImageFactory::open(std::filesystem::absolute(file).string());
-    image->readMetadata();
-    return SummaryOf(image->exifData());
+    PhotoMetadata metadata;
+    metadata.profileRefused = ReadWithoutProfileErrors(*image);
+    metadata.exif = SummaryOf(image->exifData());
+    metadata.orientation = OrientationOf(image->exifData());
+    TakeProfile(*image, metadata);
+    return metadata;
   } catch (const std::exception&) {
     return {};
   }
+}
+
+ExifSummary ReadExifSummary(const std::filesystem::path& file) {
+  return ReadPhotoMetadata(file).exif;
 }
 
 }  // namespace mirellon::imageio

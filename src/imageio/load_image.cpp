@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "imageio/decode_file.h"
+#include "imageio/photo_metadata.h"
 
 namespace mirellon::imageio {
 
@@ -40,7 +41,11 @@ bool LoadImageFile(Document& document, std::filesystem::path& path, bool quiet, 
     return true;
   }
   document.source = std::move(picture);
-  document.exif = ReadExifSummary(path);
+  PhotoMetadata metadata = ReadPhotoMetadata(path);
+  document.exif = std::move(metadata.exif);
+  document.orientation = metadata.orientation;
+  document.profile = std::move(metadata.profile);
+  document.profileRefused = metadata.profileRefused;
   document.currentPath = path;
   return false;
 }

@@ -33,8 +33,8 @@ struct LoadReport {
   std::string warning;  // the picture was loaded, but with a complaint (a JPEG that ends too early)
 };
 
-// Loads `path` into document.source and document.exif and sets document.currentPath. An empty path asks the
-// document's owner and receives the choice. Inverted: false = loaded, true = not loaded, and then the
+// Loads `path` into document.source and what describes it, and sets document.currentPath. An empty path asks
+// the document's owner and receives the choice. Inverted: false = loaded, true = not loaded, and then the
 // document is as it was. Unless `quiet`, a failure (not a cancel) shows "Image format not supported!".
 // `report` may be null.
 [[nodiscard]] bool LoadImageFile(Document& document, std::filesystem::path& path, bool quiet,
