@@ -69,7 +69,7 @@ void ParameterPanel::Finish() {
   if (!model_.Save()) return;
   context_.dialogs.ShowMessage(
       texts_(text::kNotSaved)
-          .arg(ShownName(model_.store().causeFile()), QString::fromStdString(model_.store().cause()))
+          .arg(ShownName(model_.saveCauseFile()), QString::fromStdString(model_.saveCause()))
           .toStdWString(),
       texts_(text::kWarning).toStdWString(), base::MessageKind::kWarning);
 }

@@ -1,5 +1,6 @@
 mirellon_add_test(ui/model/commands LINK mirellon_ui_model)
 mirellon_add_test(ui/model/document_session LINK mirellon_ui_model)
+mirellon_add_test(ui/model/panel_model LINK mirellon_ui_model)
 mirellon_add_test(ui/model/preview_queue LINK mirellon_ui_model)
 mirellon_add_test(ui/model/small_models LINK mirellon_ui_model)
 mirellon_add_test(ui/model/view_geometry LINK mirellon_ui_model)

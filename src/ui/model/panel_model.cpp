@@ -1,14 +1,35 @@
 #include "ui/model/panel_model.h"
 
+#include <chrono>
+#include <system_error>
+#include <utility>
+
 #include "profiles/camera_key.h"
+#include "profiles/profile_lock.h"
 #include "profiles/slider_math.h"
 
 namespace mirellon::ui {
 
+namespace {
+
+// The window waits for it.
+constexpr std::chrono::milliseconds kLongestWait{2000};
+
+}  // namespace
+
 bool PanelModel::Load() {
-  const bool failed = store_.Load();
+  const profiles::ProfilePaths& paths = store_.paths();
+  std::error_code ignored;
+  profiles::FirstRun firstRun = profiles::FirstRun::kSave;
+  profiles::ProfileLock lock;
+  // A first run must not save its one set over those that another program stores at this moment.
+  if (!std::filesystem::exists(paths.userFile, ignored) &&
+      !std::filesystem::exists(paths.defaultFile, ignored) && lock.Acquire(paths.userFile, kLongestWait)) {
+    firstRun = profiles::FirstRun::kLeave;
+  }
+  const bool failed = store_.Load(firstRun);
   store_.NormalizeNames();
-  changed_ = false;
+  edits_.Clear();
   camera_ = 0;
   iso_ = 0;
   CopyEntry();
@@ -16,15 +37,41 @@ bool PanelModel::Load() {
   return failed;
 }
 
+bool PanelModel::FailSave(const std::filesystem::path& file, const std::string& cause) {
+  saveCauseFile_ = file;
+  saveCause_ = cause;
+  return true;
+}
+
 bool PanelModel::Save() {
-  const bool failed = store_.Save();
-  if (!failed) changed_ = false;
-  return failed;
+  saveCause_.clear();
+  const std::filesystem::path& file = store_.paths().userFile;
+  profiles::ProfileLock lock;
+  if (lock.Acquire(file, kLongestWait)) return FailSave(file, lock.cause());
+  profiles::NoiseProfileStore present(store_.paths());
+  const bool unread = present.Load(profiles::FirstRun::kLeave);
+  present.NormalizeNames();
+  if (unread || edits_.Replay(present)) return FailSave(file, "not enough memory");
+  if (present.Save()) return FailSave(present.causeFile(), present.cause());
+  edits_.Clear();
+  Adopt(std::move(present));
+  return false;
+}
+
+void PanelModel::Adopt(profiles::NoiseProfileStore store) {
+  StoredPlace place;
+  if (store_.Entry(camera_, iso_) != nullptr) {
+    const profiles::CameraProfile& chosen = store_.cameras()[camera_];
+    place = FindStored(store, chosen.name, chosen.isoValues[iso_]);
+  }
+  store_ = std::move(store);
+  camera_ = place.camera;
+  iso_ = place.entry;
 }
 
 void PanelModel::ShowPhotograph(const Photograph& photograph) {
-  // What could not be saved is kept in memory rather than read away.
-  if (!changed_ || !Save()) (void)Load();
+  // What cannot be saved is kept in memory rather than read away.
+  (void)(edits_.empty() ? Load() : Save());
   photo_ = {photograph.exif.make, photograph.exif.model, photograph.exif.iso};
   noise_ = photograph.noise;
   Choose(profiles::SelectProfileForImage(store_, photo_, noise_.luminance, noise_.chrominance));
@@ -73,18 +120,23 @@ bool PanelModel::Keep(const std::wstring& camera, const std::wstring& iso) {
   parameters_.m_dImmerkaerY = noise_.luminance;
   parameters_.m_dImmerkaerUV = noise_.chrominance;
   if (store_.AddOrReplace(camera, iso, parameters_)) return true;
-  changed_ = true;
+  edits_.Add(camera, iso, parameters_);
   SelectCamera(store_.FindCamera(camera));
   return false;
 }
 
 bool PanelModel::Delete(Scope scope) {
-  if (!CanDelete()) return true;
+  if (!CanDelete() || store_.Entry(camera_, iso_) == nullptr) return true;
   const std::uint32_t before = store_.cameraCount();
-  const bool refused =
-      scope == Scope::kCamera ? store_.DeleteCamera(camera_) : store_.DeleteIso(camera_, iso_);
-  if (refused) return true;
-  changed_ = true;
+  ProfileEdits edits = edits_;
+  if (scope == Scope::kCamera) {
+    edits.DeleteCamera(store_, camera_);
+    if (store_.DeleteCamera(camera_)) return true;
+  } else {
+    edits.DeleteIso(store_, camera_, iso_);
+    if (store_.DeleteIso(camera_, iso_)) return true;
+  }
+  edits_ = std::move(edits);
   // A camera that is gone leaves its number to another one.
   const bool cameraGone = store_.cameraCount() != before;
   SelectCamera(cameraGone ? store_.FindCamera(profiles::CameraKey(photo_.make, photo_.model)) : camera_);

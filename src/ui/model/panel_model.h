@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,7 @@
 #include "profiles/profile_store.h"
 #include "ui/model/document_session.h"
 #include "ui/model/parameter_history.h"
+#include "ui/model/profile_edits.h"
 
 namespace mirellon::ui {
 
@@ -21,8 +23,12 @@ class PanelModel {
   // ---- The store ----
   // Reads the profile file; camera and ISO entry 0 are chosen. True = failed, and what there is is in use.
   bool Load();
-  // Writes it back. True = failed, store().cause() says why.
+  // Makes this session's additions and deletions on what the file holds now, and writes that, under the
+  // file's lock; so what another program has stored meanwhile stays, and is in use here from then on. True =
+  // failed: nothing was written, saveCause() and saveCauseFile() say why.
   bool Save();
+  [[nodiscard]] const std::string& saveCause() const { return saveCause_; }
+  [[nodiscard]] const std::filesystem::path& saveCauseFile() const { return saveCauseFile_; }
   [[nodiscard]] const profiles::NoiseProfileStore& store() const { return store_; }
 
   // ---- Choosing ----
@@ -60,6 +66,9 @@ class PanelModel {
  private:
   void Choose(const profiles::ProfileChoice& choice);
   void CopyEntry();
+  [[nodiscard]] bool FailSave(const std::filesystem::path& file, const std::string& cause);
+  // Takes a store that was read anew; what was chosen stays chosen where it still is.
+  void Adopt(profiles::NoiseProfileStore store);
 
   profiles::NoiseProfileStore store_;
   std::uint32_t camera_ = 0;
@@ -68,7 +77,9 @@ class PanelModel {
   engine::MeasuredNoise noise_;
   engine::DenoiseParameters parameters_;
   ParameterHistory history_;
-  bool changed_ = false;  // since the store was read or written
+  ProfileEdits edits_;  // since the store was read or written
+  std::string saveCause_;
+  std::filesystem::path saveCauseFile_;
 };
 
 }  // namespace mirellon::ui
