@@ -1,5 +1,7 @@
+mirellon_add_test(ui/model/colour_transform LINK mirellon_ui_model PkgConfig::lcms)
 mirellon_add_test(ui/model/commands LINK mirellon_ui_model)
 mirellon_add_test(ui/model/document_session LINK mirellon_ui_model)
+mirellon_add_test(ui/model/orientation LINK mirellon_ui_model)
 mirellon_add_test(ui/model/panel_model LINK mirellon_ui_model)
 mirellon_add_test(ui/model/preview_queue LINK mirellon_ui_model)
 mirellon_add_test(ui/model/small_models LINK mirellon_ui_model)

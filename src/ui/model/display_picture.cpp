@@ -1,10 +1,14 @@
 #include "ui/model/display_picture.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <new>
 #include <utility>
+
+#include "engine/engine_context.h"
+#include "engine/parallel_for.h"
 
 namespace mirellon::ui {
 
@@ -37,24 +41,52 @@ PicBuf Half(const SBxPicBuf& source) {
   return half;
 }
 
-SharedDisplay Displayed(const SBxPicBuf& source) {
+// In bands shared among the processors: a large photograph's colours take longer than its decoding otherwise.
+PicBuf InScreenColours(const SBxPicBuf& source, const ColourTransform& colours) {
+  constexpr int kBand = 128;  // rows
+  PicBuf copy(source.width, source.height, kComponents, 8);
+  if (copy.empty()) return copy;
+  std::atomic<bool> failed = false;
+  engine::ParallelFor(engine::CountProcessors(), (source.height + kBand - 1) / kBand,
+                      [&](int band, std::uint32_t /*thread*/) {
+                        const int first = band * kBand;
+                        try {
+                          colours.Convert(source, copy, first, std::min(kBand, source.height - first));
+                        } catch (const std::bad_alloc&) {
+                          failed = true;
+                        }
+                      });
+  return failed ? PicBuf() : std::move(copy);
+}
+
+// As stored. Empty without memory.
+PicBuf ShallowCopy(const SBxPicBuf& source, const DisplayLook& look) {
+  if (source.samples == nullptr) return {};
+  if (look.colours != nullptr) return InScreenColours(source, *look.colours);
+  PicBuf copy;
+  CBxPicBufAPI::Copy(copy, source);
+  if (copy.empty() || CBxPicBufAPI::ConvertBpcComp(copy, 8, kComponents) == 0) return {};
+  return copy;
+}
+
+SharedDisplay Displayed(const SBxPicBuf& source, const DisplayLook& look) {
   auto display = std::make_shared<DisplayPicture>();
-  if (display->Build(source)) return nullptr;
+  if (display->Build(source, look)) return nullptr;
   return display;
 }
 
 }  // namespace
 
-bool DisplayPicture::Build(const SBxPicBuf& source) {
+bool DisplayPicture::Build(const SBxPicBuf& source, const DisplayLook& look) {
   levels_.clear();
   try {
     levels_.reserve(kMostLevels);
   } catch (const std::bad_alloc&) {
     return true;
   }
-  PicBuf copy;
-  CBxPicBufAPI::Copy(copy, source);
-  if (copy.empty() || CBxPicBufAPI::ConvertBpcComp(copy, 8, kComponents) == 0) return true;
+  PicBuf copy = ShallowCopy(source, look);
+  if (!copy.empty() && look.orientation != Orientation::kUpright) copy = Upright(look.orientation, copy);
+  if (copy.empty()) return true;
   levels_.push_back(std::move(copy));
   while (levels_.size() < kMostLevels &&
          std::max(level(levels() - 1).width, level(levels() - 1).height) > 1) {
@@ -71,9 +103,9 @@ int DisplayPicture::LevelFor(double zoom) const {
   return index;
 }
 
-SharedDisplay MakeDisplay(const SBxPicBuf& source) {
+SharedDisplay MakeDisplay(const SBxPicBuf& source, const DisplayLook& look) {
   try {
-    return Displayed(source);
+    return Displayed(source, look);
   } catch (const std::bad_alloc&) {
     return nullptr;
   }
