@@ -6,6 +6,7 @@
 
 #include "base/paths.h"
 #include "ui/application.h"
+#include "ui/model/card_examiner.h"
 
 namespace {
 
@@ -48,6 +49,9 @@ int main(int argc, char** argv) {
     } else if (text == "--help" || text == "-h") {
       PrintUsage(std::cout);
       return 0;
+    } else if (text == mirellon::ui::kTrialArgument) {
+      mirellon::ui::TryCard();
+      std::_Exit(0);  // what a driver does at an ordinary end is no part of the trial
     } else if (text == "--version") {
       std::cout << "mirellon " << MIRELLON_VERSION << '\n';
       return 0;

@@ -23,3 +23,4 @@ mirellon_add_test(ui/workbench LINK mirellon_test_window)
 add_test(NAME ui/end_to_end
   COMMAND ${CMAKE_CURRENT_LIST_DIR}/end_to_end_test ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
 set_tests_properties(ui/end_to_end PROPERTIES TIMEOUT 300)
+mirellon_add_card_test(ui/desktop_card LINK mirellon_test_window)
