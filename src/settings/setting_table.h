@@ -16,6 +16,7 @@ enum class Setting {
   kShowManualTunning,
   kQuality,
   kColourScheme,
+  kColourManagement,
 };
 
 // The row drives reading, default, range, writing, and the key's line in docs/settings.md.
@@ -31,7 +32,7 @@ struct SettingRow {
 
 inline constexpr const wchar_t* kSettingsSection = L"General";
 
-inline constexpr std::array<SettingRow, 9> kSettings{{
+inline constexpr std::array<SettingRow, 10> kSettings{{
     {Setting::kHwAccel, L"HW Accel", L"0", 1, 0, "0, 1",
      "1: use the graphics card, where there is a usable one"},
     {Setting::kGpuCpuFusion, L"GPUCPUFusion", L"0", 1, 0, "0, 1",
@@ -50,6 +51,8 @@ inline constexpr std::array<SettingRow, 9> kSettings{{
      "the quality chosen in the panel: low, medium, superior; batch runs use it too"},
     {Setting::kColourScheme, L"Colour Scheme", L"2", 1, 3, "1, 2, 3",
      "colours of the desktop program: light, dark, dark with more contrast"},
+    {Setting::kColourManagement, L"Colour Management", L"1", 0, 1, "0, 1",
+     "1: photographs with a colour profile are shown in the colours of the screen"},
 }};
 
 [[nodiscard]] constexpr const SettingRow& RowOf(Setting setting) {

@@ -51,6 +51,7 @@ constexpr std::array kRows{
     Row{Command::kSchemeLight, 210, 0, nullptr, {}, Keys::kWindow, Kind::kSchemeGroup},
     Row{Command::kSchemeDark, 211, 0, nullptr, {}, Keys::kWindow, Kind::kSchemeGroup},
     Row{Command::kSchemeContrast, 212, 0, nullptr, {}, Keys::kWindow, Kind::kSchemeGroup},
+    Row{Command::kColourManagement, 257, 0, nullptr, {}, Keys::kWindow, Kind::kCheck},
     Row{Command::kPreviousImage, 245, 0, nullptr, {"PgUp"}, Keys::kView},
     Row{Command::kNextImage, 246, 0, nullptr, {"PgDown"}, Keys::kView},
     Row{Command::kMoveLeft, 0, 0, nullptr, {"Left"}, Keys::kView},

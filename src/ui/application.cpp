@@ -2,8 +2,12 @@
 
 #include <QIcon>
 #include <QTimer>
+#include <cstdlib>
+#include <iostream>
 
+#include "gpu/gl_context.h"
 #include "skin/skin_style.h"
+#include "ui/desktop_card.h"
 #include "ui/desktop_context.h"
 #include "ui/dialogs/qt_dialogs.h"
 #include "ui/main_window.h"
@@ -30,6 +34,44 @@ void TellOfStart(const DesktopContext& context, const Texts& texts) {
   }
 }
 
+// Once the card is open: the stored wish comes into force if the card is what it has to be.
+void FollowCard(DesktopContext& context, const Texts& texts) {
+  const auto wished = [&context] { return context.settings.GetNumber(settings::Setting::kHwAccel); };
+  if (wished() == 0) return;
+  if (context.card->status().crashed) {
+    context.dialogs.ShowMessage(texts(text::kCardCrashes).toStdWString(),
+                                texts(text::kWarning).toStdWString(), base::MessageKind::kWarning);
+  }
+  context.card->Check([&context, wished](bool usable) {
+    context.loaded.hwAccel = settings::EffectiveHwAccel(wished(), [usable] { return usable; });
+  });
+}
+
+// What the event loop runs on, in the order in which it has to go.
+int RunWindow(QApplication& application, const StartOptions& options, DesktopContext& context,
+              QtDialogs& dialogs, DesktopCard& card) {
+  const Texts texts(context.localization);
+  MainWindow window(context);
+  dialogs.SetOwner(&window);
+  QObject::connect(&window, &MainWindow::schemeChosen,
+                   [&application](int scheme) { skin::ApplyScheme(application, scheme); });
+  const Termination termination;
+  QObject::connect(&termination, &Termination::requested, &window, [&window] {
+    window.EndNow();
+    QApplication::quit();
+  });
+  QObject::connect(&card, &DesktopCard::opened, &window, [&] { FollowCard(context, texts); });
+  window.show();
+  QTimer::singleShot(0, &window, [&] {
+    if (!options.photograph.empty()) window.Open(options.photograph);
+    card.Open();
+    TellOfStart(context, texts);
+  });
+  const int code = QApplication::exec();
+  dialogs.SetOwner(nullptr);
+  return code;
+}
+
 }  // namespace
 
 void InitResources() {
@@ -45,35 +87,30 @@ int RunApplication(QApplication& application, const StartOptions& options) {
   settings::AppSettings appSettings(options.applicationData);
   const Texts texts(localization);
   QtDialogs dialogs(texts);
-  const settings::CardCheck cardUsable = [] { return false; };
+  DesktopCard card(dialogs, {TryCardApart, gpu::MakeGlContext}, std::cout, std::cerr, {});
+  engine.card = &card.filter();
+  const settings::CardCheck notYet = [] { return false; };
   DesktopContext context{engine,
                          appSettings,
                          localization,
                          dialogs,
                          options.applicationData,
                          options.resourceFolders,
-                         settings::LoadSettings(appSettings, cardUsable),
-                         cardUsable};
+                         settings::LoadSettings(appSettings, notYet),
+                         &card};
   localization.LoadLanguages();
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/mirellon.svg")));
   skin::ApplyScheme(application, context.loaded.colourScheme);
-
-  MainWindow window(context);
-  dialogs.SetOwner(&window);
-  QObject::connect(&window, &MainWindow::schemeChosen,
-                   [&application](int scheme) { skin::ApplyScheme(application, scheme); });
-  const Termination termination;
-  QObject::connect(&termination, &Termination::requested, &window, [&window] {
-    window.EndNow();
-    QApplication::quit();
-  });
-  window.show();
-  QTimer::singleShot(0, &window, [&] {
-    if (!options.photograph.empty()) window.Open(options.photograph);
-    TellOfStart(context, texts);
-  });
-  const int code = QApplication::exec();
+  const int code = RunWindow(application, options, context, dialogs, card);
+  // The window's jobs have ended with it: nobody uses the card any more.
+  engine.card = nullptr;
+  const bool stuck = card.End();
   (void)settings::MarkOrderlyEnd(appSettings);  // the next start then asks needlessly, no more
+  if (stuck) {
+    // A driver that does not return would keep the process from ending in order, for ever.
+    std::cout.flush();
+    std::_Exit(code);
+  }
   return code;
 }
 

@@ -16,7 +16,8 @@ struct StartOptions {
 // Icons and other resources that are linked in; once, before any widget is made.
 void InitResources();
 
-// Texts, settings with the crash marker, colours, window; then the event loop. Returns its exit code.
+// Texts, settings with the crash marker, colours, window, graphics card; then the event loop, and all of it
+// back in order. Returns the loop's exit code.
 [[nodiscard]] int RunApplication(QApplication& application, const StartOptions& options);
 
 }  // namespace mirellon::ui

@@ -8,6 +8,7 @@
 #include "engine/engine_context.h"
 #include "settings/app_settings.h"
 #include "settings/localization.h"
+#include "ui/card_service.h"
 #include "ui/dialogs/dialogs.h"
 
 namespace mirellon::ui {
@@ -20,8 +21,8 @@ struct DesktopContext {
   Dialogs& dialogs;
   std::filesystem::path applicationData;               // base::ApplicationDataFolder()
   std::vector<std::filesystem::path> resourceFolders;  // base::ResourceFolders()
-  settings::LoadedSettings loaded;
-  settings::CardCheck cardUsable;
+  settings::LoadedSettings loaded;  // hwAccel: in force, so 0 until the card has been examined
+  CardService* card = nullptr;      // null: none can be used
 };
 
 }  // namespace mirellon::ui

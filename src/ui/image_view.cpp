@@ -65,6 +65,12 @@ void ImageView::ShowResult(const SharedDisplay& result) {
   Redraw();
 }
 
+void ImageView::ShowAnew(const SharedDisplay& original, const SharedDisplay& result) {
+  renderer_.SetPicture(kDrawOriginal, original);
+  renderer_.SetPatch(std::nullopt);
+  ShowResult(result);
+}
+
 void ImageView::ShowPatch(std::optional<ViewRenderer::Patch> patch) {
   renderer_.SetPatch(std::move(patch));
   Redraw();

@@ -29,6 +29,8 @@ class ImageView : public QWidget {
   // Null: none. The photograph is fitted, at most 800 %.
   void ShowPhotograph(const SharedDisplay& original);
   void ShowResult(const SharedDisplay& result);
+  // The same photograph and result in other colours. The preview is no longer shown.
+  void ShowAnew(const SharedDisplay& original, const SharedDisplay& result);
   // A preview in place of its part of the result; nothing: no longer.
   void ShowPatch(std::optional<ViewRenderer::Patch> patch);
   void SetBackground(std::uint8_t grey);

@@ -8,6 +8,7 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QToolBar>
+#include <QWindow>
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -18,6 +19,7 @@
 #include "ui/model/view_texts.h"
 #include "ui/model/window_place.h"
 #include "ui/parameter_panel.h"
+#include "ui/screen_profile.h"
 
 namespace mirellon::ui {
 
@@ -56,6 +58,9 @@ MainWindow::MainWindow(DesktopContext& context)
   recent_.Load(base::SettingsFile(context_.applicationData));
   UpdateRecentMenu();
   (*actions_)[CommandOfScheme(scheme_)]->setChecked(true);
+  (*actions_)[Command::kColourManagement]->setChecked(
+      context_.settings.GetNumber(settings::Setting::kColourManagement) != 0);
+  FollowColours();
   view_->SetBackground(skin::SchemeOf(scheme_).view);
   UpdateCommands();
   UpdateHint();
@@ -108,6 +113,7 @@ void MainWindow::BuildMenus() {
   view->addSeparator();
   QMenu* colours = view->addMenu(texts_(text::kColours));
   colours->addActions({a[Command::kSchemeLight], a[Command::kSchemeDark], a[Command::kSchemeContrast]});
+  view->addAction(a[Command::kColourManagement]);
   QMenu* help = menuBar()->addMenu(texts_(text::kHelpMenu));
   help->addActions({a[Command::kHelp], a[Command::kVisitWebSite], a[Command::kAbout]});
   busyMenus_ = {file, denoise, help};
@@ -171,6 +177,10 @@ void MainWindow::ConnectWorkbench() {
   connect(&workbench_, &Workbench::previewStateChanged, this, &MainWindow::FollowActivity);
   connect(&workbench_, &Workbench::photographChanged, this, &MainWindow::FollowPhotograph);
   connect(&workbench_, &Workbench::resultChanged, this, &MainWindow::FollowResult);
+  connect(&workbench_, &Workbench::coloursChanged, this, [this] {
+    view_->ShowAnew(workbench_.session().photograph().display, workbench_.session().resultDisplay());
+    RequestPreview();
+  });
   connect(&workbench_, &Workbench::previewReady, this,
           [this](const PictureRect& rect, const SharedDisplay& preview) {
             view_->ShowPatch(ViewRenderer::Patch{rect, preview});
@@ -249,6 +259,7 @@ void MainWindow::FollowPhotograph() {
     view_->SetRectangleShown(true);
     panel_->ShowPhotograph(photograph);
     view_->setFocus();
+    if (photograph.profileUse == ProfileUse::kUnusable) status_->Note(texts_(text::kProfileUnusable));
   }
   UpdateHint();
 }
@@ -257,6 +268,7 @@ void MainWindow::FollowResult() {
   view_->ShowPatch(std::nullopt);
   view_->ShowResult(workbench_.session().resultDisplay());
   ShowRectangle(false);  // nothing in it would differ
+  if (workbench_.session().cardFault() != engine::CardFault::kNone) status_->Note(texts_(text::kCardFailed));
   // After everybody knows of the result.
   if (auto next = std::exchange(afterDenoise_, nullptr)) QTimer::singleShot(0, this, next);
 }
@@ -311,6 +323,11 @@ void MainWindow::ApplyScheme(int scheme) {
   emit schemeChosen(scheme);
 }
 
+void MainWindow::FollowColours() {
+  const bool managed = (*actions_)[Command::kColourManagement]->isChecked();
+  workbench_.SetColours({managed, ScreenProfile(screen())});
+}
+
 // ---- Window ----
 
 void MainWindow::Open(const std::filesystem::path& photograph) {
@@ -353,6 +370,12 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   EndNow();
   event->accept();
   emit closed();
+}
+
+void MainWindow::showEvent(QShowEvent* event) {
+  QMainWindow::showEvent(event);
+  connect(windowHandle(), &QWindow::screenChanged, this, &MainWindow::FollowColours, Qt::UniqueConnection);
+  FollowColours();
 }
 
 void MainWindow::EndNow() {

@@ -53,6 +53,7 @@ class MainWindow : public QMainWindow {
 
  protected:
   void closeEvent(QCloseEvent* event) override;
+  void showEvent(QShowEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
 
@@ -72,6 +73,7 @@ class MainWindow : public QMainWindow {
   void RequestPreview();
   void ShowRectangle(bool shown);
   void ApplyScheme(int scheme);
+  void FollowColours();  // of the screen that the window is on, and of its user
   void RestorePlace();
   void StorePlace();
 
@@ -88,7 +90,10 @@ class MainWindow : public QMainWindow {
   void Denoise(std::uint32_t quality);
   void CloseImage();
   void Step(ui::Step direction);
+  // Opens the options once it is known whether the card may be switched on.
   void ShowOptions();
+  void AskOptions(bool cardUsable);
+  void CheckCard(std::function<void(bool usable)> answer);
   void ShowHelp();
   void ShowAbout();
   void VisitWebSite();
@@ -123,6 +128,7 @@ class MainWindow : public QMainWindow {
   std::function<void()> afterSave_;     // what waits for a save to succeed
   std::function<void()> afterDenoise_;  // or for a run
   bool closing_ = false;                // as soon as nothing runs any more
+  bool optionsAsked_ = false;           // and wait for the card's answer, or for their user
 };
 
 }  // namespace mirellon::ui

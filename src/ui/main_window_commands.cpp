@@ -94,6 +94,11 @@ void MainWindow::Do(Command command) {
       return ApplyScheme(skin::kSchemeDark);
     case Command::kSchemeContrast:
       return ApplyScheme(skin::kSchemeContrast);
+    case Command::kColourManagement:
+      // For this run at least.
+      (void)context_.settings.SetNumber(settings::Setting::kColourManagement,
+                                        (*actions_)[Command::kColourManagement]->isChecked() ? 1 : 0);
+      return FollowColours();
   }
 }
 
@@ -134,7 +139,8 @@ void MainWindow::CloseImage() {
 // ---- Denoising and saving ----
 
 void MainWindow::Denoise(std::uint32_t quality) {
-  workbench_.Denoise(panel_->parameters(), quality);
+  workbench_.Denoise(
+      {panel_->parameters(), quality, context_.loaded.hwAccel != 0, context_.loaded.fusion != 0});
 }
 
 void MainWindow::SaveAs() {
@@ -200,12 +206,37 @@ void MainWindow::LeaveThen(std::function<void()> action) {
 
 // ---- Dialogs ----
 
+void MainWindow::CheckCard(std::function<void(bool usable)> answer) {
+  if (context_.card == nullptr) return answer(false);
+  context_.card->Check([window = QPointer(this), answer = std::move(answer)](bool usable) {
+    if (window) answer(usable);
+  });
+}
+
 void MainWindow::ShowOptions() {
-  settings::OptionsState state(context_.settings, context_.localization, context_.cardUsable, scheme_);
-  OptionsDialog dialog(state, context_.localization, texts_, this);
+  if (std::exchange(optionsAsked_, true)) return;
+  CheckCard([this](bool usable) {
+    AskOptions(usable);
+    optionsAsked_ = false;
+  });
+}
+
+void MainWindow::AskOptions(bool cardUsable) {
+  // Something else may have begun while the card was asked.
+  if (!(*actions_)[Command::kOptions]->isEnabled()) return;
+  settings::OptionsState state(
+      context_.settings, context_.localization, [cardUsable] { return cardUsable; }, scheme_);
+  const QString about = CardText(context_.card, context_.loaded.hwAccel != 0, texts_);
+  OptionsDialog dialog(state, context_.localization, texts_, about, this);
   if (dialog.exec() != QDialog::Accepted) return;
   const settings::OptionsOutcome outcome = state.Accept();
-  context_.loaded.hwAccel = outcome.hwAccel;
+  // Off until the card has been asked again, for it was used or left alone meanwhile.
+  context_.loaded.hwAccel = 0;
+  if (outcome.hwAccel != 0) {
+    CheckCard([this, wished = outcome.hwAccel](bool usable) {
+      context_.loaded.hwAccel = settings::EffectiveHwAccel(wished, [usable] { return usable; });
+    });
+  }
   context_.loaded.fusion = outcome.fusion;
   if (!outcome.warning.empty()) status_->Note(QString::fromStdString(outcome.warning));
   if (outcome.restart) {
@@ -222,7 +253,7 @@ void MainWindow::ShowHelp() {
 }
 
 void MainWindow::ShowAbout() {
-  AboutDialog(texts_, this).exec();
+  AboutDialog(texts_, CardText(context_.card, context_.loaded.hwAccel != 0, texts_), this).exec();
 }
 
 void MainWindow::VisitWebSite() {

@@ -85,14 +85,15 @@ void StatusLine::ShowPhotograph(const Photograph& photograph) {
     zoom_->clear();
     return;
   }
-  const picture::SBxPicBuf& picture = photograph.source->record();
+  const picture::SBxPicBuf& shown = photograph.display->level(0);  // upright
   const QString noise = texts_(text::kNoise)
                             .arg(photograph.noise.luminance, 0, 'f', 1)
                             .arg(photograph.noise.chrominance, 0, 'f', 1);
-  photograph_->setText(QStringLiteral("%1×%2 · %3 · %4")
-                           .arg(picture.width)
-                           .arg(picture.height)
-                           .arg(texts_(text::kBits).arg(picture.bitsPerComponent), noise));
+  photograph_->setText(
+      QStringLiteral("%1×%2 · %3 · %4")
+          .arg(shown.width)
+          .arg(shown.height)
+          .arg(texts_(text::kBits).arg(photograph.source->record().bitsPerComponent), noise));
 }
 
 void StatusLine::ShowZoom(double zoom) {

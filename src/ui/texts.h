@@ -67,6 +67,14 @@ inline constexpr int kFinishing = 255;
 inline constexpr int kAndMore = 256;
 inline constexpr int kOriginal = 330;
 inline constexpr int kDenoised = 331;
+inline constexpr int kColourManagement = 257;
+inline constexpr int kProfileUnusable = 258;
+inline constexpr int kCardFailed = 259;
+inline constexpr int kCard = 265;
+inline constexpr int kCardOff = 266;
+inline constexpr int kCardRefused = 267;
+inline constexpr int kCardExamined = 268;
+inline constexpr int kCardCrashes = 269;
 }  // namespace text
 
 class Texts {

@@ -17,7 +17,7 @@ bool Workbench::Load(const std::filesystem::path& path) {
   const std::optional<unsigned> number = session_.BeginLoad();
   if (!number) return false;
   auto outcome = std::make_shared<LoadOutcome>();
-  files_.Post([outcome, path] { *outcome = LoadPhotograph(path); },
+  files_.Post([outcome, path, colours = colours_] { *outcome = LoadPhotograph(path, colours); },
               [this, outcome, path, number](bool outOfMemory) {
                 if (outOfMemory) outcome->report.status = imageio::LoadStatus::kOutOfMemory;
                 Loaded(*number, path, std::move(*outcome));
@@ -37,12 +37,12 @@ void Workbench::Loaded(unsigned number, const std::filesystem::path& path, LoadO
   Follow(queue_.Drop());
   emit photographChanged();
   emit activityChanged();
+  FollowColours();
 }
 
-bool Workbench::Denoise(const engine::DenoiseParameters& parameters, std::uint32_t quality) {
+bool Workbench::Denoise(const RunWish& wish) {
   if (!session_.BeginDenoise()) return false;
-  run_.parameters = parameters;
-  run_.quality = quality;
+  run_ = wish;
   aborted_ = false;
   progress_.Reset();
   Follow(queue_.WishRun());
@@ -80,6 +80,27 @@ bool Workbench::Close() {
   emit photographChanged();
   emit activityChanged();
   return true;
+}
+
+void Workbench::SetColours(const ViewColours& colours) {
+  if (colours == *colours_) return;
+  colours_ = std::make_shared<const ViewColours>(colours);
+  FollowColours();
+}
+
+void Workbench::FollowColours() {
+  if (recolouring_ || !session_.hasImage() || session_.ShownIn(colours_)) return;
+  recolouring_ = true;
+  auto recoloured = std::make_shared<Recoloured>();
+  shown_.Post([recoloured, photograph = session_.photograph(), result = session_.result(),
+               colours = colours_] { *recoloured = RecolourPhotograph(photograph, result, colours); },
+              [this, recoloured](bool outOfMemory) {
+                recolouring_ = false;
+                if (outOfMemory) return;
+                // What changed meanwhile, as the photograph or the wish, is converted next.
+                if (session_.Recolour(std::move(*recoloured))) emit coloursChanged();
+                FollowColours();
+              });
 }
 
 void Workbench::WishPreview(const PreviewWish& wish) {
@@ -151,23 +172,25 @@ void Workbench::StartJob() {
 
 void Workbench::StartPreview(const PreviewWish& wish) {
   auto preview = std::make_shared<SharedDisplay>();
-  engine_.Post(
-      [this, preview, wish, source = session_.photograph().source] {
-        *preview = MakePreview(context_, source, wish, &progress_);
-      },
-      [this, preview, wish](bool) {
-        EngineJobEnded([&](bool wanted) {
-          if (wanted && *preview != nullptr) emit previewReady(wish.rect, *preview);
-        });
-      });
+  const Photograph& photograph = session_.photograph();
+  const picture::SBxPicBuf& source = *photograph.source;
+  PreviewWish stored = wish;
+  stored.rect = StoredRect(photograph.look.orientation, source.width, source.height, wish.rect);
+  engine_.Post([this, preview, stored,
+                photograph] { *preview = MakePreview(context_, photograph, stored, &progress_); },
+               [this, preview, wish](bool) {
+                 EngineJobEnded([&](bool wanted) {
+                   if (wanted && *preview != nullptr) emit previewReady(wish.rect, *preview);
+                 });
+               });
   emit previewStateChanged();
 }
 
 void Workbench::StartRun() {
   auto result = std::make_shared<std::optional<RunResult>>();
   engine_.Post(
-      [this, result, run = run_, source = session_.photograph().source] {
-        *result = RunOnWhole(context_, source, run.parameters, run.quality, &progress_);
+      [this, result, run = run_, photograph = session_.photograph()] {
+        *result = RunOnWhole(context_, photograph, run, &progress_);
       },
       [this, result](bool) {
         EngineJobEnded([&](bool wanted) {
@@ -176,6 +199,7 @@ void Workbench::StartRun() {
           if (done) emit resultChanged();
           emit activityChanged();
           if (!done && !aborted_) emit denoiseFailed();
+          FollowColours();
         });
       });
 }

@@ -9,6 +9,7 @@
 #include "base/run_control.h"
 #include "engine/engine_context.h"
 #include "ui/background_worker.h"
+#include "ui/model/colour_transform.h"
 #include "ui/model/document_session.h"
 #include "ui/model/photo_jobs.h"
 #include "ui/model/preview_queue.h"
@@ -31,11 +32,16 @@ class Workbench : public QObject {
 
   // Each is refused (false) while the session forbids it.
   bool Load(const std::filesystem::path& path);
-  bool Denoise(const engine::DenoiseParameters& parameters, std::uint32_t quality);
+  bool Denoise(const RunWish& wish);
   bool Save(const std::filesystem::path& target, int jpegQuality);
   bool Close();
 
-  // A preview with these settings, as soon as the engine is free; the one before is not made any more.
+  // For all that is shown from now on. What is shown already follows as soon as it has been converted, see
+  // coloursChanged().
+  void SetColours(const ViewColours& colours);
+
+  // A preview with these settings, as soon as the engine is free; the one before is not made any more. The
+  // rectangle is one of the upright photograph, as it is shown; previewReady() brings it back.
   void WishPreview(const PreviewWish& wish);
   // Nothing is previewed any more.
   void DropPreview();
@@ -57,6 +63,7 @@ class Workbench : public QObject {
   void activityChanged();
   void photographChanged();  // opened or closed
   void resultChanged();
+  void coloursChanged();  // photograph and result are shown anew; a preview has to be wished for again
   void previewReady(const mirellon::ui::PictureRect& rect, const mirellon::ui::SharedDisplay& preview);
   void previewStateChanged();  // one was begun or ended
   void loadFailed(const std::filesystem::path& path, const mirellon::imageio::LoadReport& report);
@@ -74,18 +81,23 @@ class Workbench : public QObject {
   // A run that was stopped before it began leaves nothing that would end it.
   void GiveUpRun();
   void StartBatchWhenFree();
+  // Has shown again what is still in other colours.
+  void FollowColours();
 
   engine::EngineContext& context_;
   std::filesystem::path applicationData_;
   DocumentSession session_;
   PreviewQueue queue_;
-  PreviewWish run_;  // parameters and quality of the run that waits or is in work
+  RunWish run_;  // that waits or is in work
   SharedProgress progress_;
   base::RunControl saveControl_;
   bool aborted_ = false;  // the run, by its user
+  SharedColours colours_ = std::make_shared<const ViewColours>();
+  bool recolouring_ = false;
   std::function<void()> batchReady_;
   BackgroundWorker files_;
   BackgroundWorker engine_;
+  BackgroundWorker shown_;
 };
 
 }  // namespace mirellon::ui

@@ -77,7 +77,7 @@ TEST_F(DialogsTest, OptionsFollowTheCard) {
   for (const bool usable : {false, true}) {
     settings::OptionsState state(
         settings, localization, [usable] { return usable; }, 2);
-    OptionsDialog dialog(state, localization, texts, nullptr);
+    OptionsDialog dialog(state, localization, texts, "Graphics card: none", nullptr);
     auto* hardware = dialog.findChild<QCheckBox*>("control1076");
     auto* fusion = dialog.findChild<QRadioButton*>("control1098");
     EXPECT_EQ(hardware->isEnabled(), usable);

@@ -175,5 +175,70 @@ TEST_F(ImageViewTest, ComparesInEveryMode) {
   EXPECT_EQ(greyAt(300), 255) << "128 + 4 * 100, held";
 }
 
+// The stored picture that is this one when it is upright.
+picture::PicBuf StoredFor(Orientation orientation, const picture::PicBuf& upright) {
+  const bool swap = SwapsSides(orientation);
+  const int width = swap ? upright->height : upright->width;
+  const int height = swap ? upright->width : upright->height;
+  picture::PicBuf stored(width, height, 3, 8);
+  for (int y = 0; y < upright->height; ++y) {
+    for (int x = 0; x < upright->width; ++x) {
+      const PictureRect at = StoredRect(orientation, width, height, {x, y, x + 1, y + 1});
+      for (int c = 0; c < 3; ++c) {
+        test::SetSample(stored, at.left, at.top, c, test::Sample(upright, x, y, c));
+      }
+    }
+  }
+  return stored;
+}
+
+TEST_F(ImageViewTest, TurnedPhotographsBehaveAsUprightOnes) {
+  const picture::PicBuf upright = test::PhotoLikePicture(900, 640, 3, 8, 6);
+  std::vector<QImage> expected;
+  PictureRect expectedRect{};
+  for (int exif = 1; exif <= 8; ++exif) {
+    SCOPED_TRACE(exif);
+    const Orientation orientation = OrientationOf(exif);
+    const picture::PicBuf stored = StoredFor(orientation, upright);
+    std::vector<QImage> seen;
+    const auto look = [&] { seen.push_back(view.grab().toImage()); };
+    view.ShowPhotograph(MakeDisplay(stored, {nullptr, orientation}));
+    view.ShowResult(
+        MakeDisplay(test::ConstantPicture(stored->width, stored->height, 3, 8, 99), {nullptr, orientation}));
+    EXPECT_EQ(view.geometry().pictureWidth(), 900);
+    EXPECT_DOUBLE_EQ(view.geometry().zoom(), 400.0 / 640.0) << "fitted";
+    look();
+    QTest::mousePress(&view, Qt::RightButton);
+    look();
+    QTest::mouseRelease(&view, Qt::RightButton);
+    view.SetMode(ViewMode::kSideBySide);
+    look();
+    view.SetMode(ViewMode::kNoise);
+    look();
+    view.SetMode(ViewMode::kSplit);
+    Turn({100, 150}, 120);
+    look();
+    view.SetPicking(true);
+    Drag({50, 60}, {150, 190});
+    look();
+    Drag({100, 100}, {130, 90});  // the rectangle
+    Drag({400, 300}, {340, 250});
+    view.Move(Direction::kLeft);
+    view.Move(Direction::kDown);
+    look();
+    const PictureRect rect = view.rectangle().rect().value();
+    if (exif == 1) {
+      expected = seen;
+      expectedRect = rect;
+    }
+    EXPECT_EQ(seen, expected);
+    EXPECT_EQ(std::tie(rect.left, rect.top, rect.right, rect.bottom),
+              std::tie(expectedRect.left, expectedRect.top, expectedRect.right, expectedRect.bottom));
+    view.SetMode(ViewMode::kSingle);
+    view.Fit();
+  }
+  for (std::size_t i = 1; i < expected.size(); ++i) EXPECT_NE(expected[i], expected[i - 1]) << i;
+}
+
 }  // namespace
 }  // namespace mirellon::ui

@@ -10,12 +10,15 @@ mirellon_add_test(ui/model/view_renderer LINK mirellon_ui_model)
 
 find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
 add_library(mirellon_test_window STATIC
-  ${CMAKE_CURRENT_LIST_DIR}/qt_main.cpp ${CMAKE_CURRENT_LIST_DIR}/window_harness.cpp)
+  ${CMAKE_CURRENT_LIST_DIR}/qt_main.cpp ${CMAKE_CURRENT_LIST_DIR}/tagged_photo.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/window_harness.cpp)
 target_link_libraries(mirellon_test_window
-  PUBLIC mirellon_test_support mirellon_ui Qt6::Test PRIVATE mirellon_warnings)
+  PUBLIC mirellon_test_support mirellon_ui Qt6::Test
+  PRIVATE PkgConfig::exiv2 PkgConfig::lcms mirellon_warnings)
 
 mirellon_add_test(ui/image_view LINK mirellon_test_window)
 mirellon_add_test(ui/main_window LINK mirellon_test_window)
+mirellon_add_test(ui/main_window_commands LINK mirellon_test_window)
 mirellon_add_test(ui/dialogs LINK mirellon_test_window)
 mirellon_add_test(ui/parameter_panel LINK mirellon_test_window)
 mirellon_add_test(ui/workbench LINK mirellon_test_window)

@@ -68,7 +68,7 @@ WindowHarness::WindowHarness()
               folder / "config",
               {},
               settings::LoadSettings(settings, [] { return false; }),
-              [] { return false; }},
+              nullptr},
       window(std::make_unique<ui::MainWindow>(context)) {
   engine.processorCount = 2;
   window->resize(1100, 760);

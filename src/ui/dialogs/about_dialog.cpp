@@ -8,7 +8,20 @@
 
 namespace mirellon::ui {
 
-AboutDialog::AboutDialog(const Texts& texts, QWidget* parent) : QDialog(parent) {
+QString CardText(const CardService* card, bool on, const Texts& texts) {
+  CardStatus status{CardStatus::State::kRefused, {}, "no graphics driver can be opened", false};
+  if (card != nullptr) status = card->status();
+  const QString name = QString::fromStdString(status.name);
+  QString state = name;
+  if (status.state == CardStatus::State::kExamined) state = texts(text::kCardExamined);
+  if (status.state == CardStatus::State::kUsable && !on) state = texts(text::kCardOff).arg(name);
+  if (status.state == CardStatus::State::kRefused) {
+    state = texts(text::kCardRefused).arg(QString::fromStdString(status.refusal));
+  }
+  return texts(text::kCard).arg(state);
+}
+
+AboutDialog::AboutDialog(const Texts& texts, const QString& cardText, QWidget* parent) : QDialog(parent) {
   setObjectName(QStringLiteral("aboutDialog"));
   setWindowTitle(texts(text::kAbout));
   auto* icon = new QLabel(this);
@@ -21,6 +34,10 @@ AboutDialog::AboutDialog(const Texts& texts, QWidget* parent) : QDialog(parent) 
   name->setAlignment(Qt::AlignHCenter);
   auto* about = new QLabel(texts(text::kAboutText).arg(QStringLiteral(MIRELLON_VERSION)), this);
   about->setAlignment(Qt::AlignHCenter);
+  auto* card = new QLabel(cardText, this);
+  card->setObjectName(QStringLiteral("card"));
+  card->setAlignment(Qt::AlignHCenter);
+  card->setWordWrap(true);
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok, this);
   buttons->button(QDialogButtonBox::Ok)->setText(texts(text::kOk));
   buttons->setCenterButtons(true);
@@ -30,6 +47,7 @@ AboutDialog::AboutDialog(const Texts& texts, QWidget* parent) : QDialog(parent) 
   column->addWidget(icon);
   column->addWidget(name);
   column->addWidget(about);
+  column->addWidget(card);
   column->addSpacing(8);
   column->addWidget(buttons);
   column->setSizeConstraint(QLayout::SetFixedSize);

@@ -15,7 +15,7 @@ constexpr int kIndent = 24;
 }  // namespace
 
 OptionsDialog::OptionsDialog(settings::OptionsState& state, const settings::Localization& localization,
-                             const Texts& texts, QWidget* parent)
+                             const Texts& texts, const QString& cardText, QWidget* parent)
     : QDialog(parent),
       state_(state),
       hardware_(new QCheckBox(texts(61), this)),
@@ -36,6 +36,7 @@ OptionsDialog::OptionsDialog(settings::OptionsState& state, const settings::Loca
   language->setCurrentIndex(state.language());
   label->setBuddy(language);
   hardware_->setObjectName(QStringLiteral("control1076"));
+  hardware_->setToolTip(cardText);
   fusion_->setObjectName(QStringLiteral("control1098"));
   pureGpu_->setObjectName(QStringLiteral("control1099"));
   auto* dark = new QCheckBox(QStringLiteral("Dark Scheme"), this);

@@ -10,13 +10,14 @@
 
 namespace mirellon::ui {
 
-// Shows the state and tells it of clicks; what OK does is the caller's, after exec().
+// Shows the state and tells it of clicks; what OK does is the caller's, after exec(). `cardText` tells, in a
+// tooltip, which card it is and why it cannot be used.
 class OptionsDialog : public QDialog {
   Q_OBJECT
 
  public:
   OptionsDialog(settings::OptionsState& state, const settings::Localization& localization, const Texts& texts,
-                QWidget* parent);
+                const QString& cardText, QWidget* parent);
 
  private:
   void ShowState();

@@ -54,6 +54,7 @@ constexpr std::array kRows{
     Row{Command::kSchemeLight, Need::kAlways},
     Row{Command::kSchemeDark, Need::kAlways},
     Row{Command::kSchemeContrast, Need::kAlways},
+    Row{Command::kColourManagement, Need::kAlways},
 };
 
 constexpr auto kCommands = [] {

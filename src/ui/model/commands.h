@@ -40,6 +40,7 @@ enum class Command : int {
   kSchemeLight,
   kSchemeDark,
   kSchemeContrast,
+  kColourManagement = 40021,
 };
 
 // What the window is doing, as far as commands depend on it.

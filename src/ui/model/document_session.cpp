@@ -75,6 +75,18 @@ bool DocumentSession::Close() {
   return true;
 }
 
+bool DocumentSession::Recolour(Recoloured recoloured) {
+  if (recoloured.source != photograph_.source || recoloured.result != result()) return false;
+  photograph_.colours = recoloured.colours;
+  photograph_.look = std::move(recoloured.look);
+  photograph_.profileUse = recoloured.profileUse;
+  if (result_) result_->colours = std::move(recoloured.colours);
+  // Without memory for new ones, the old ones stay.
+  if (recoloured.display != nullptr) photograph_.display = std::move(recoloured.display);
+  if (result_ && recoloured.resultDisplay != nullptr) result_->display = std::move(recoloured.resultDisplay);
+  return true;
+}
+
 const SharedPicture& DocumentSession::result() const {
   return result_ ? result_->picture : photograph_.source;
 }

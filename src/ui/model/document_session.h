@@ -3,9 +3,11 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 
+#include "engine/engine_context.h"
 #include "engine/noise_estimate.h"
 #include "engine/parameters.h"
 #include "imageio/exif_summary.h"
@@ -15,6 +17,8 @@
 
 namespace mirellon::ui {
 
+using SharedColours = std::shared_ptr<const ViewColours>;
+
 // A photograph as a load brings it.
 struct Photograph {
   SharedPicture source;   // as loaded, kept as it is
@@ -22,6 +26,10 @@ struct Photograph {
   imageio::ExifSummary exif;
   std::filesystem::path path;
   engine::MeasuredNoise noise;
+  std::shared_ptr<const std::string> profile;  // the file's ICC profile; null: none
+  DisplayLook look;                            // of the display, and of whatever is made of the source
+  SharedColours colours;                       // what the look was made for
+  ProfileUse profileUse = ProfileUse::kNone;
 };
 
 // What a run on the whole photograph made.
@@ -30,6 +38,19 @@ struct RunResult {
   SharedDisplay display;
   engine::DenoiseParameters parameters;
   std::uint32_t quality = engine::kQualityMedium;
+  SharedColours colours = nullptr;  // what the display was made for
+  engine::CardFault cardFault = engine::CardFault::kNone;
+};
+
+// A photograph and its result, shown in other colours.
+struct Recoloured {
+  SharedPicture source;  // which they are of
+  SharedPicture result;  // the photograph itself before a run
+  SharedDisplay display;
+  SharedDisplay resultDisplay;
+  DisplayLook look;
+  SharedColours colours;
+  ProfileUse profileUse = ProfileUse::kNone;
 };
 
 // One activity at a time; the photograph changes only when an activity has succeeded. Begin... are refused
@@ -51,6 +72,8 @@ class DocumentSession {
   void FinishBatch();
   // Refused while busy; a load on its way is dropped.
   bool Close();
+  // False: of a photograph or result that is no longer the present one, nothing has changed.
+  bool Recolour(Recoloured recoloured);
 
   // ---- State ----
   [[nodiscard]] Activity activity() const { return activity_; }
@@ -60,6 +83,14 @@ class DocumentSession {
   [[nodiscard]] const SharedPicture& result() const;
   [[nodiscard]] const SharedDisplay& resultDisplay() const;
   [[nodiscard]] bool denoised() const { return result_.has_value(); }
+  // What went wrong with the graphics card in the last run.
+  [[nodiscard]] engine::CardFault cardFault() const {
+    return result_ ? result_->cardFault : engine::CardFault::kNone;
+  }
+  // Whether everything is shown as these colours want it.
+  [[nodiscard]] bool ShownIn(const SharedColours& colours) const {
+    return photograph_.colours == colours && (!result_ || result_->colours == colours);
+  }
   // Whether the last run's result is what these settings would make.
   [[nodiscard]] bool ResultIsOf(const engine::DenoiseParameters& parameters, std::uint32_t quality) const;
   // A result was made and not saved.

@@ -17,18 +17,31 @@ struct LoadOutcome {
   Photograph photograph;  // source null: not loaded, `report` tells why
   imageio::LoadReport report;
 };
-// Decodes, reads the EXIF texts, measures the noise and prepares what the view draws from.
-[[nodiscard]] LoadOutcome LoadPhotograph(const std::filesystem::path& path);
+// Decodes, reads the EXIF texts, measures the noise and prepares what the view draws from, in these colours.
+[[nodiscard]] LoadOutcome LoadPhotograph(const std::filesystem::path& path, const SharedColours& colours);
+
+// A run on the whole photograph. The card is used where the engine's context has one that can be.
+struct RunWish {
+  engine::DenoiseParameters parameters;
+  std::uint32_t quality = engine::kQualityMedium;
+  bool useGpu = false;
+  bool fusion = false;  // with the card, the processor takes tiles, too
+};
 
 // Denoises and sharpens the whole photograph, strengths in the steps of profiles::RunParameters. Nothing when
 // stopped or without memory.
-[[nodiscard]] std::optional<RunResult> RunOnWhole(engine::EngineContext& context, const SharedPicture& source,
-                                                  const engine::DenoiseParameters& parameters,
-                                                  std::uint32_t quality, base::ProgressSink* progress);
+[[nodiscard]] std::optional<RunResult> RunOnWhole(engine::EngineContext& context,
+                                                  const Photograph& photograph, const RunWish& wish,
+                                                  base::ProgressSink* progress);
 
-// What RunOnWhole would leave in the rectangle, ready to be drawn. Null when stopped or without memory.
-[[nodiscard]] SharedDisplay MakePreview(engine::EngineContext& context, const SharedPicture& source,
+// What RunOnWhole would leave in the wish's rectangle (of the stored picture), ready to be drawn; by the
+// processor, whoever does the run. Null when stopped or without memory.
+[[nodiscard]] SharedDisplay MakePreview(engine::EngineContext& context, const Photograph& photograph,
                                         const PreviewWish& wish, base::ProgressSink* progress);
+
+// The photograph and a result of it (itself, if there is none) for other colours.
+[[nodiscard]] Recoloured RecolourPhotograph(const Photograph& photograph, const SharedPicture& result,
+                                            const SharedColours& colours);
 
 struct SaveJob {
   SharedPicture picture;

@@ -15,9 +15,9 @@ std::set<Command> Usable(const CommandContext& context) {
   return usable;
 }
 
-const std::set<Command> kViews{Command::kViewSingle,       Command::kViewSplit,   Command::kViewSideBySide,
-                               Command::kViewRemovedNoise, Command::kSchemeLight, Command::kSchemeDark,
-                               Command::kSchemeContrast};
+const std::set<Command> kViews{
+    Command::kViewSingle,  Command::kViewSplit,  Command::kViewSideBySide, Command::kViewRemovedNoise,
+    Command::kSchemeLight, Command::kSchemeDark, Command::kSchemeContrast, Command::kColourManagement};
 
 TEST(CommandsTest, WithoutAPhotographOnlyWhatNeedsNoneCanBeUsed) {
   std::set<Command> expected{Command::kOpen,      Command::kOptions,       Command::kBatch,
