@@ -95,6 +95,10 @@ const std::wstring& Localization::Text(int number) const {
   return found == texts_.end() ? none : found->second;
 }
 
+std::wstring Localization::CurrentAcronym() const {
+  return AcronymOf(languages_, current_);
+}
+
 std::wstring Localization::TextIn(int language, int number) const {
   base::IniFile file;
   (void)file.Read(paths_.shared);
@@ -116,7 +120,7 @@ bool Localization::ChooseLanguage(int language) {
 }
 
 std::filesystem::path Localization::HelpFile(const std::vector<std::filesystem::path>& folders) const {
-  const std::filesystem::path file = HelpFileFor(AcronymOf(languages_, current_), folders);
+  const std::filesystem::path file = HelpFileFor(CurrentAcronym(), folders);
   return file.empty() ? HelpFileFor(AcronymOf(languages_, 0), folders) : file;
 }
 

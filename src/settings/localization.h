@@ -43,6 +43,8 @@ class Localization {
   [[nodiscard]] const std::vector<Language>& languages() const { return languages_; }
   // As the file says, so it may lie outside of the list.
   [[nodiscard]] int current() const { return current_; }
+  // Empty for a language outside of the list.
+  [[nodiscard]] std::wstring CurrentAcronym() const;
 
   // Text `number` as another language's section of the file has it now, without a change of language.
   [[nodiscard]] std::wstring TextIn(int language, int number) const;
