@@ -5,7 +5,9 @@
 #include <array>
 #include <string_view>
 
+#include "settings/text_table.h"
 #include "skin/icon_engine.h"
+#include "ui/mnemonics.h"
 
 namespace mirellon::ui {
 
@@ -63,7 +65,7 @@ constexpr std::array kRows{
 QList<QKeySequence> KeysOf(const Row& row) {
   QList<QKeySequence> keys;
   for (const char* key : row.keys) {
-    if (key != nullptr) keys.append(QKeySequence(QString::fromLatin1(key)));
+    if (key != nullptr) keys.append(QKeySequence(QString::fromLatin1(key), QKeySequence::PortableText));
   }
   return keys;
 }
@@ -81,6 +83,8 @@ QString WithoutKey(QString text, const Row& row) {
 QAction* MakeAction(const Row& row, const Texts& texts, QObject* parent) {
   auto* action = new QAction(WithoutKey(texts(row.text), row), parent);
   action->setObjectName(QStringLiteral("command%1").arg(static_cast<int>(row.command)));
+  action->setIconText(action->text());  // stays as it is when the menu marks a letter
+  action->setProperty(kEnglishProperty, QString::fromWCharArray(settings::EnglishText(row.text)));
   if (row.icon != nullptr) {
     action->setIcon(skin::StrokeIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(row.icon))));
   }

@@ -10,8 +10,10 @@
 #include "ui/desktop_card.h"
 #include "ui/desktop_context.h"
 #include "ui/dialogs/qt_dialogs.h"
+#include "ui/failure_texts.h"
 #include "ui/main_window.h"
 #include "ui/termination.h"
+#include "ui/toolkit_texts.h"
 
 // The macro wants to stand outside of every namespace.
 static void InitLinkedResources() {
@@ -29,8 +31,9 @@ void TellOfStart(const DesktopContext& context, const Texts& texts) {
                                 base::MessageKind::kInformation);
   }
   if (!context.loaded.warning.empty()) {
-    context.dialogs.ShowMessage(QString::fromStdString(context.loaded.warning).toStdWString(),
-                                texts(text::kWarning).toStdWString(), base::MessageKind::kWarning);
+    context.dialogs.ShowMessage(
+        Reason(texts, text::kSettingsNotStored, context.loaded.warning).toStdWString(),
+        texts(text::kWarning).toStdWString(), base::MessageKind::kWarning);
   }
 }
 
@@ -99,6 +102,7 @@ int RunApplication(QApplication& application, const StartOptions& options) {
                          settings::LoadSettings(appSettings, notYet),
                          &card};
   localization.LoadLanguages();
+  InstallToolkitTexts(localization.CurrentAcronym(), texts);
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/mirellon.svg")));
   skin::ApplyScheme(application, context.loaded.colourScheme);
   const int code = RunWindow(application, options, context, dialogs, card);

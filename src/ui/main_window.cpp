@@ -14,8 +14,11 @@
 #include <utility>
 
 #include "base/paths.h"
+#include "settings/text_table.h"
 #include "skin/schemes.h"
 #include "ui/dialogs/batch_progress_dialog.h"
+#include "ui/failure_texts.h"
+#include "ui/mnemonics.h"
 #include "ui/model/view_texts.h"
 #include "ui/model/window_place.h"
 #include "ui/parameter_panel.h"
@@ -47,7 +50,6 @@ MainWindow::MainWindow(DesktopContext& context)
       scheme_(context.loaded.colourScheme) {
   setObjectName(QStringLiteral("mainWindow"));
   setWindowTitle(QString::fromStdWString(WindowTitle({})));
-  setMinimumSize(kSmallest);
   setAcceptDrops(true);
   BuildCentre();
   BuildMenus();
@@ -64,6 +66,7 @@ MainWindow::MainWindow(DesktopContext& context)
   view_->SetBackground(skin::SchemeOf(scheme_).view);
   UpdateCommands();
   UpdateHint();
+  setMinimumSize(kSmallest.expandedTo(minimumSizeHint()));
   RestorePlace();
 }
 
@@ -73,6 +76,7 @@ void MainWindow::BuildCentre() {
   auto* centre = new QWidget(this);
   view_ = new ImageView(centre);
   view_->SetLabels({texts_(text::kOriginal), texts_(text::kDenoised), texts_(209)});
+  view_->setAccessibleName(texts_(text::kPhotograph));
   panel_ = new ParameterPanel(context_, texts_, centre);
   startHint_ = new StartHint(texts_, view_);
   auto* row = new QHBoxLayout(centre);
@@ -88,10 +92,15 @@ void MainWindow::BuildCentre() {
 
 void MainWindow::BuildMenus() {
   const Actions& a = *actions_;
-  QMenu* file = menuBar()->addMenu(texts_(text::kFile));
+  const auto add = [this](auto* parent, int text) {
+    QMenu* menu = parent->addMenu(texts_(text));
+    menu->menuAction()->setProperty(kEnglishProperty, QString::fromWCharArray(settings::EnglishText(text)));
+    return menu;
+  };
+  QMenu* file = add(menuBar(), text::kFile);
   file->setObjectName(QStringLiteral("fileMenu"));
   file->addAction(a[Command::kOpen]);
-  recentMenu_ = file->addMenu(texts_(text::kRecentFiles));
+  recentMenu_ = add(file, text::kRecentFiles);
   recentMenu_->setObjectName(QStringLiteral("recentMenu"));
   file->addActions({a[Command::kSaveAs], a[Command::kClose]});
   file->addSeparator();
@@ -100,28 +109,30 @@ void MainWindow::BuildMenus() {
   file->addAction(a[Command::kOptions]);
   file->addSeparator();
   file->addAction(a[Command::kExit]);
-  QMenu* denoise = menuBar()->addMenu(texts_(text::kDenoiseMenu));
+  QMenu* denoise = add(menuBar(), text::kDenoiseMenu);
   denoise->addActions({a[Command::kDenoiseFast], a[Command::kDenoise], a[Command::kBatch]});
   denoise->addSeparator();
   denoise->addActions({a[Command::kUndo], a[Command::kRedo]});
-  QMenu* view = menuBar()->addMenu(texts_(text::kViewMenu));
+  QMenu* view = add(menuBar(), text::kViewMenu);
   view->addActions({a[Command::kZoomIn], a[Command::kZoomOut], a[Command::kZoom100], a[Command::kZoomFit]});
   view->addSeparator();
   view->addActions({a[Command::kViewSingle], a[Command::kViewSplit], a[Command::kViewSideBySide],
                     a[Command::kViewRemovedNoise]});
   view->addActions({a[Command::kShowOriginal], a[Command::kPicker]});
   view->addSeparator();
-  QMenu* colours = view->addMenu(texts_(text::kColours));
+  QMenu* colours = add(view, text::kColours);
   colours->addActions({a[Command::kSchemeLight], a[Command::kSchemeDark], a[Command::kSchemeContrast]});
   view->addAction(a[Command::kColourManagement]);
-  QMenu* help = menuBar()->addMenu(texts_(text::kHelpMenu));
+  QMenu* help = add(menuBar(), text::kHelpMenu);
   help->addActions({a[Command::kHelp], a[Command::kVisitWebSite], a[Command::kAbout]});
   busyMenus_ = {file, denoise, help};
+  GiveMnemonics(*menuBar());
+  for (QMenu* menu : {file, denoise, view, colours, help}) GiveMnemonics(*menu);
 }
 
 void MainWindow::BuildToolBar() {
   const Actions& a = *actions_;
-  QToolBar* bar = addToolBar(QStringLiteral("toolBar"));
+  QToolBar* bar = addToolBar(texts_(text::kToolBar));
   bar->setObjectName(QStringLiteral("toolBar"));
   bar->setMovable(false);
   bar->setContextMenuPolicy(Qt::PreventContextMenu);
@@ -134,6 +145,7 @@ void MainWindow::BuildToolBar() {
   bar->addActions({a[Command::kZoomOut], a[Command::kZoomIn], a[Command::kZoom100], a[Command::kZoomFit]});
   zoomBox_ = new ZoomBox(bar);
   zoomBox_->setToolTip(texts_(84));
+  zoomBox_->setAccessibleName(texts_(84));
   bar->addWidget(zoomBox_);
   bar->addSeparator();
   bar->addActions({a[Command::kViewSingle], a[Command::kViewSplit], a[Command::kViewSideBySide],
@@ -191,7 +203,7 @@ void MainWindow::ConnectWorkbench() {
     setWindowTitle(QString::fromStdWString(workbench_.session().Title()));
     QString note = texts_(text::kSaved).arg(ShownName(report.written));
     for (const std::string& warning : report.warnings)
-      note += QStringLiteral(" · ") + QString::fromStdString(warning);
+      note += QStringLiteral(" · ") + Reason(texts_, text::kMetadataNotCopied, warning);
     status_->Note(note);
     if (auto next = std::exchange(afterSave_, nullptr)) next();
   });

@@ -8,6 +8,7 @@
 #include "ui/dialogs/about_dialog.h"
 #include "ui/dialogs/help_window.h"
 #include "ui/dialogs/options_dialog.h"
+#include "ui/failure_texts.h"
 #include "ui/main_window.h"
 #include "ui/model/folder_walk.h"
 #include "ui/parameter_panel.h"
@@ -127,7 +128,7 @@ void MainWindow::Step(ui::Step direction) {
 void MainWindow::ShowLoadFailure(const std::filesystem::path& path, const imageio::LoadReport& report) {
   recent_.Remove(path);
   UpdateRecentMenu();
-  const QString why = texts_(text::kNotOpened).arg(ShownName(path), QString::fromStdString(report.cause));
+  const QString why = texts_(text::kNotOpened).arg(ShownName(path), ReasonOf(texts_, report));
   context_.dialogs.ShowMessage(Wide(texts_(text::kFormatNotSupported) + QStringLiteral("\n\n") + why), L"",
                                base::MessageKind::kPlain);
 }
@@ -178,9 +179,8 @@ void MainWindow::AskAndSave() {
 void MainWindow::ShowSaveFailure(const std::filesystem::path& target, const imageio::SaveReport& report) {
   afterSave_ = nullptr;
   if (report.status == imageio::SaveStatus::kAborted) return;
-  context_.dialogs.ShowMessage(
-      Wide(texts_(text::kNotSaved).arg(ShownName(target), QString::fromStdString(report.cause))),
-      Wide(texts_(text::kError)), base::MessageKind::kError);
+  context_.dialogs.ShowMessage(Wide(texts_(text::kNotSaved).arg(ShownName(target), ReasonOf(texts_, report))),
+                               Wide(texts_(text::kError)), base::MessageKind::kError);
 }
 
 MainWindow::Leave MainWindow::AskToLeave() {
@@ -238,7 +238,7 @@ void MainWindow::AskOptions(bool cardUsable) {
     });
   }
   context_.loaded.fusion = outcome.fusion;
-  if (!outcome.warning.empty()) status_->Note(QString::fromStdString(outcome.warning));
+  if (!outcome.warning.empty()) status_->Note(Reason(texts_, text::kSettingsNotStored, outcome.warning));
   if (outcome.restart) {
     context_.dialogs.ShowMessage(outcome.restart->text, outcome.restart->caption,
                                  base::MessageKind::kInformation);

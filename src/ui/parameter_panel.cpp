@@ -3,6 +3,7 @@
 #include <QSignalBlocker>
 
 #include "skin/icon_engine.h"
+#include "ui/failure_texts.h"
 
 namespace mirellon::ui {
 
@@ -69,7 +70,7 @@ void ParameterPanel::Finish() {
   if (!model_.Save()) return;
   context_.dialogs.ShowMessage(
       texts_(text::kNotSaved)
-          .arg(ShownName(model_.saveCauseFile()), QString::fromStdString(model_.saveCause()))
+          .arg(ShownName(model_.saveCauseFile()), Reason(texts_, text::kNotWritable, model_.saveCause()))
           .toStdWString(),
       texts_(text::kWarning).toStdWString(), base::MessageKind::kWarning);
 }

@@ -2,7 +2,9 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QRadioButton>
+#include <QScreen>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <array>
 
 #include "skin/icon_engine.h"
@@ -14,6 +16,7 @@ namespace mirellon::ui {
 namespace {
 
 constexpr int kPanelWidth = 336;
+constexpr int kPanelCharacters = 46;  // where they are larger than usual
 constexpr int kInside = 8;
 constexpr int kBetweenGroups = 16;
 constexpr int kBesideScrollBar = 4;  // with the bar as much as on the left
@@ -36,6 +39,12 @@ QIcon Icon(const char* name) {
   return skin::StrokeIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(name)));
 }
 
+// With large text wider, as far as it leaves the photograph its half.
+int WidthFor(const QWidget& panel) {
+  const int wanted = std::max(kPanelWidth, panel.fontMetrics().averageCharWidth() * kPanelCharacters);
+  return std::min(wanted, std::max(kPanelWidth, panel.screen()->availableGeometry().width() / 2));
+}
+
 // Some texts say with ";" where a list may break them.
 QString InOneLine(QString text) {
   return text.replace(QLatin1Char(';'), QLatin1Char(' '));
@@ -45,7 +54,7 @@ QString InOneLine(QString text) {
 
 void ParameterPanel::Build() {
   setObjectName(QStringLiteral("parameterPanel"));
-  setFixedWidth(kPanelWidth);
+  setFixedWidth(WidthFor(*this));
   content_ = new QWidget;
   auto* column = new QVBoxLayout(content_);
   column->setContentsMargins(kBetweenGroups, kBetweenGroups, kBesideScrollBar, kInside);
@@ -68,7 +77,6 @@ void ParameterPanel::Build() {
 
   scroll_ = new QScrollArea(this);
   scroll_->setFrameShape(QFrame::NoFrame);
-  scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   scroll_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);  // empty, it is not to be seen
   scroll_->setWidgetResizable(true);
   scroll_->setWidget(content_);

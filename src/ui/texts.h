@@ -63,6 +63,8 @@ inline constexpr int kAboutText = 241;
 inline constexpr int kLowMemory = 242;
 inline constexpr int kNoWebPage = 243;
 inline constexpr int kWhyNot = 244;
+inline constexpr int kYes = 253;
+inline constexpr int kNo = 254;
 inline constexpr int kFinishing = 255;
 inline constexpr int kAndMore = 256;
 inline constexpr int kOriginal = 330;
@@ -75,6 +77,11 @@ inline constexpr int kCardOff = 266;
 inline constexpr int kCardRefused = 267;
 inline constexpr int kCardExamined = 268;
 inline constexpr int kCardCrashes = 269;
+inline constexpr int kToolBar = 290;
+inline constexpr int kPhotograph = 291;
+inline constexpr int kNotWritable = 303;
+inline constexpr int kSettingsNotStored = 306;
+inline constexpr int kMetadataNotCopied = 307;
 }  // namespace text
 
 class Texts {

@@ -1,4 +1,4 @@
-// Runs a test program with real widgets and no screen, whatever display there is.
+// Runs a test program with real widgets on a screen in memory, whatever display there is.
 #include <QApplication>
 
 #include <gtest/gtest.h>
@@ -6,7 +6,7 @@
 #include "ui/application.h"
 
 int main(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
+  qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" MIRELLON_TEST_SCREEN);
   ::testing::InitGoogleTest(&argc, argv);
   QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);

@@ -15,8 +15,11 @@ add_library(mirellon_test_window STATIC
 target_link_libraries(mirellon_test_window
   PUBLIC mirellon_test_support mirellon_ui Qt6::Test
   PRIVATE PkgConfig::exiv2 PkgConfig::lcms mirellon_warnings)
+  PUBLIC mirellon_test_support mirellon_ui Qt6::Test PRIVATE mirellon_warnings)
+target_compile_definitions(mirellon_test_window PRIVATE MIRELLON_TEST_SCREEN="${CMAKE_CURRENT_LIST_DIR}/screen.json")
 
 mirellon_add_test(ui/image_view LINK mirellon_test_window)
+mirellon_add_test(ui/languages LINK mirellon_test_window SOURCES ui/clipped_texts.cpp)
 mirellon_add_test(ui/main_window LINK mirellon_test_window)
 mirellon_add_test(ui/main_window_commands LINK mirellon_test_window)
 mirellon_add_test(ui/dialogs LINK mirellon_test_window)
@@ -27,3 +30,4 @@ add_test(NAME ui/end_to_end
   COMMAND ${CMAKE_CURRENT_LIST_DIR}/end_to_end_test ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
 set_tests_properties(ui/end_to_end PROPERTIES TIMEOUT 300)
 mirellon_add_card_test(ui/desktop_card LINK mirellon_test_window)
+target_compile_definitions(ui_languages_test PRIVATE MIRELLON_RESOURCES="${CMAKE_SOURCE_DIR}/resources")

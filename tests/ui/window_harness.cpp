@@ -59,8 +59,9 @@ std::optional<int> ScriptedDialogs::AskChoice(const std::wstring& text, const st
   return Next(choices);
 }
 
-WindowHarness::WindowHarness()
+WindowHarness::WindowHarness(settings::Localization texts)
     : settings(folder / "config"),
+      localization(std::move(texts)),
       context{engine,
               settings,
               localization,

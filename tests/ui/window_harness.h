@@ -42,7 +42,7 @@ class ScriptedDialogs : public ui::Dialogs {
 
 class WindowHarness {
  public:
-  WindowHarness();
+  explicit WindowHarness(settings::Localization texts = {});
 
   // A photograph of its own in the folder.
   std::filesystem::path WritePhotograph(const std::string& name, const picture::SBxPicBuf& picture);

@@ -4,6 +4,7 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <algorithm>
 
 #include "base/text.h"
 #include "profiles/camera_key.h"
@@ -25,7 +26,7 @@ AddingDialog::AddingDialog(const ProfileNameQuestion& question, const Texts& tex
   setWindowTitle(texts(142));
   camera_->setObjectName(QStringLiteral("camera"));
   camera_->setMaxLength(kMostCharacters);
-  camera_->setMinimumWidth(280);
+  camera_->setMinimumWidth(std::max(280, fontMetrics().averageCharWidth() * 40));
   iso_->setObjectName(QStringLiteral("iso"));
   iso_->setMaxLength(kMostCharacters);
   auto* fromExif = new QPushButton(QStringLiteral("<-EXIF"), this);

@@ -20,10 +20,10 @@ BatchOptionsDialog::BatchOptionsDialog(int jpegQuality, const Texts& texts, QWid
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(16, 16, 16, 16);
   column->setSpacing(16);
+  column->addStrut(408);
   column->addWidget(text);
   column->addWidget(quality_);
   column->addWidget(buttons);
-  setMinimumWidth(440);
   buttons->button(QDialogButtonBox::Ok)->setFocus();
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);

@@ -44,6 +44,7 @@ BatchProgressDialog::BatchProgressDialog(const Texts& texts, QWidget* parent)
   auto* grid = new QGridLayout(this);
   grid->setContentsMargins(16, 16, 16, 16);
   grid->setSpacing(8);
+  grid->setColumnMinimumWidth(1, 200);
   grid->addWidget(entry_, 0, 0, 1, 2);
   grid->addWidget(bar_, 1, 0, 1, 2);
   grid->addWidget(new QLabel(texts(74), this), 2, 0);
@@ -51,7 +52,6 @@ BatchProgressDialog::BatchProgressDialog(const Texts& texts, QWidget* parent)
   grid->addWidget(new QLabel(texts(75), this), 3, 0);
   grid->addWidget(elapsedText_, 3, 1);
   grid->addWidget(buttons, 4, 0, 1, 2);
-  setMinimumWidth(400);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   connect(&timer_, &QTimer::timeout, this, &BatchProgressDialog::Tick);
   timer_.start(kTickMs);

@@ -11,6 +11,7 @@ namespace mirellon::ui {
 namespace {
 
 constexpr int kIndent = 24;
+constexpr int kLeastWidth = 308;
 
 }  // namespace
 
@@ -50,6 +51,7 @@ OptionsDialog::OptionsDialog(settings::OptionsState& state, const settings::Loca
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(16, 16, 16, 16);
   column->setSpacing(8);
+  column->addStrut(kLeastWidth);
   column->addWidget(label);
   column->addWidget(language);
   column->addSpacing(8);
@@ -61,7 +63,6 @@ OptionsDialog::OptionsDialog(settings::OptionsState& state, const settings::Loca
   column->addLayout(modes);
   column->addSpacing(16);
   column->addWidget(buttons);
-  setMinimumWidth(340);
   ShowState();
 
   connect(language, &QComboBox::currentIndexChanged, this,

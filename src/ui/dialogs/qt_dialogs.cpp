@@ -1,5 +1,6 @@
 #include "ui/dialogs/qt_dialogs.h"
 
+#include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QPushButton>
@@ -14,6 +15,13 @@ namespace {
 
 // The name shown, and what it lets through: names ask for the formats' other extensions, too.
 constexpr const char* kOpenFilter = "*.bmp;*.jpg;*.tif;*.png (*.bmp *.jpg *.tif *.png *.jpeg *.tiff *.gif)";
+
+// A message box stays below 1000 pixels, whatever its buttons need.
+void StackWideButtons(QMessageBox& box) {
+  constexpr int kWidestRow = 900;
+  auto* row = box.findChild<QDialogButtonBox*>();
+  if (row != nullptr && row->sizeHint().width() > kWidestRow) row->setOrientation(Qt::Vertical);
+}
 
 QMessageBox::Icon IconOf(base::MessageKind kind) {
   switch (kind) {
@@ -96,6 +104,7 @@ std::optional<int> QtDialogs::AskChoice(const std::wstring& text, const std::wst
   }
   QPushButton* cancel = box.addButton(texts_(text::kCancel), QMessageBox::RejectRole);
   box.setEscapeButton(cancel);
+  StackWideButtons(box);
   box.exec();
   for (std::size_t i = 0; i < buttons.size(); ++i) {
     if (box.clickedButton() == buttons[i]) return static_cast<int>(i);

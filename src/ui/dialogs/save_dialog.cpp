@@ -2,6 +2,7 @@
 
 #include <QGridLayout>
 #include <QMessageBox>
+#include <QPushButton>
 #include <system_error>
 
 namespace mirellon::ui {
@@ -77,16 +78,21 @@ void SaveDialog::FollowFilter() {
   quality_->setEnabled(FilterIndex() == kJpegFilter);
 }
 
+bool SaveDialog::MayReplace(const std::filesystem::path& path) {
+  QMessageBox box(QMessageBox::Question, windowTitle(), texts_(text::kOverwriteQuestion).arg(ShownName(path)),
+                  QMessageBox::Yes | QMessageBox::No, this);
+  box.setTextFormat(Qt::PlainText);
+  box.button(QMessageBox::Yes)->setText(texts_(text::kYes));
+  box.button(QMessageBox::No)->setText(texts_(text::kNo));
+  return box.exec() == QMessageBox::Yes;
+}
+
 void SaveDialog::accept() {
   const std::filesystem::path chosen = PathOf(selectedFiles().value(0));
   std::error_code ignored;
   if (!chosen.empty() && !std::filesystem::is_directory(chosen, ignored)) {
     const std::filesystem::path path = CompletePath();
-    if (std::filesystem::exists(path, ignored) &&
-        QMessageBox::question(this, windowTitle(), texts_(text::kOverwriteQuestion).arg(ShownName(path))) !=
-            QMessageBox::Yes) {
-      return;
-    }
+    if (std::filesystem::exists(path, ignored) && !MayReplace(path)) return;
   }
   QFileDialog::accept();
 }

@@ -25,6 +25,7 @@ class SaveDialog : public QFileDialog {
   [[nodiscard]] std::filesystem::path CompletePath() const;
   [[nodiscard]] int FilterIndex() const;  // counted from 1
   void FollowFilter();
+  [[nodiscard]] bool MayReplace(const std::filesystem::path& path);
 
   Texts texts_;
   int bits_;

@@ -1,0 +1,70 @@
+#include "ui/failure_texts.h"
+
+#include "settings/text_table.h"
+
+namespace mirellon::ui {
+
+namespace {
+
+int TextOf(imageio::LoadStatus status) {
+  switch (status) {
+    case imageio::LoadStatus::kMissing:
+      return 295;
+    case imageio::LoadStatus::kNotAFile:
+      return 296;
+    case imageio::LoadStatus::kEmpty:
+      return 298;
+    case imageio::LoadStatus::kUnknownFormat:
+      return 299;
+    case imageio::LoadStatus::kDamaged:
+      return 300;
+    case imageio::LoadStatus::kUnsupportedKind:
+      return 301;
+    case imageio::LoadStatus::kTooLarge:
+      return 302;
+    case imageio::LoadStatus::kOutOfMemory:
+      return text::kLowMemory;
+    case imageio::LoadStatus::kUnreadable:
+    case imageio::LoadStatus::kLoaded:
+    case imageio::LoadStatus::kCancelled:
+      break;
+  }
+  return 297;
+}
+
+int TextOf(imageio::SaveStatus status) {
+  switch (status) {
+    case imageio::SaveStatus::kUnsupportedDepth:
+      return 304;
+    case imageio::SaveStatus::kTargetIsSource:
+      return 305;
+    case imageio::SaveStatus::kOutOfMemory:
+      return text::kLowMemory;
+    case imageio::SaveStatus::kNotWritable:
+    case imageio::SaveStatus::kTargetExists:
+    case imageio::SaveStatus::kNoPicture:
+    case imageio::SaveStatus::kAborted:
+    case imageio::SaveStatus::kCancelled:
+    case imageio::SaveStatus::kSaved:
+      break;
+  }
+  return text::kNotWritable;
+}
+
+}  // namespace
+
+QString Reason(const Texts& texts, int number, const std::string& cause) {
+  const QString reason = texts(number);
+  const bool translated = reason != QString::fromWCharArray(settings::EnglishText(number));
+  return translated || cause.empty() ? reason : QString::fromStdString(cause);
+}
+
+QString ReasonOf(const Texts& texts, const imageio::LoadReport& report) {
+  return Reason(texts, TextOf(report.status), report.cause);
+}
+
+QString ReasonOf(const Texts& texts, const imageio::SaveReport& report) {
+  return Reason(texts, TextOf(report.status), report.cause);
+}
+
+}  // namespace mirellon::ui
