@@ -8,7 +8,7 @@ namespace mirellon::ui {
 namespace {
 
 bool Usable(QChar c) {
-  return c.unicode() < 128 && c.isLetterOrNumber();
+  return c.unicode() < 128 && c.isLetter();
 }
 
 // Where the letter may stand, the better places first.

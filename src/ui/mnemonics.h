@@ -9,7 +9,7 @@ namespace mirellon::ui {
 // The dynamic property of an action that holds its English text.
 inline constexpr const char* kEnglishProperty = "english";
 
-// The texts with "&" before a letter (A to Z) or digit that no other one has: the first of a word rather than
+// The texts with "&" before a letter (A to Z) that no other one has: the first of a word rather than
 // one within. A text without such letters, as in Japanese, gets one of its English counterpart behind it,
 // "ファイル(&F)". A text that has an "&" keeps it; one whose letters are all taken stays without.
 [[nodiscard]] QStringList WithMnemonics(const QStringList& texts, const QStringList& english);

@@ -35,17 +35,20 @@ bool Harmless(const std::wstring& acronym) {
 
 }  // namespace
 
-TableTranslator::TableTranslator(const Texts& texts, QObject* parent) : QTranslator(parent), texts_(texts) {}
+TableTranslator::TableTranslator(const Texts& texts, QObject* parent) : QTranslator(parent) {
+  for (const Row& row : kRows) {
+    const QString text = texts(row.text);
+    const bool english = text == QString::fromWCharArray(settings::EnglishText(row.text));
+    if (!english) texts_.emplace(row.source, text);
+  }
+}
 
 QString TableTranslator::translate(const char* /*context*/, const char* source,
                                    const char* /*disambiguation*/, int /*n*/) const {
   std::string plain = source;
   std::erase(plain, '&');
-  const auto* row = std::find_if(kRows.begin(), kRows.end(), [&](const Row& r) { return r.source == plain; });
-  if (row == kRows.end()) return {};
-  const QString text = texts_(row->text);
-  // The toolkit's own English has mnemonics.
-  return text == QString::fromWCharArray(settings::EnglishText(row->text)) ? QString() : text;
+  const auto found = texts_.find(plain);
+  return found == texts_.end() ? QString() : found->second;
 }
 
 void InstallToolkitTexts(const std::wstring& acronym, const Texts& texts) {

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <QTranslator>
+#include <functional>
+#include <map>
 #include <string>
 
 #include "ui/texts.h"
@@ -9,16 +11,17 @@
 namespace mirellon::ui {
 
 // Of what the toolkit writes by itself, that which the table has: buttons and the labels of file dialogs.
+// Nothing in English, where the toolkit's own have mnemonics.
 class TableTranslator : public QTranslator {
  public:
   TableTranslator(const Texts& texts, QObject* parent);
 
   [[nodiscard]] QString translate(const char* context, const char* source, const char* disambiguation,
                                   int n) const override;
-  [[nodiscard]] bool isEmpty() const override { return false; }
+  [[nodiscard]] bool isEmpty() const override { return texts_.empty(); }
 
  private:
-  Texts texts_;
+  std::map<std::string, QString, std::less<>> texts_;  // by the toolkit's own, without "&"
 };
 
 // Puts the toolkit's translation for that acronym in place where it is installed (file dialogs, context

@@ -70,12 +70,12 @@ struct Case {
 class LanguagesTest : public ::testing::TestWithParam<Case> {
  protected:
   // Shown as the program shows it, then measured.
-  void Check(QWidget& window, const char* name) {
+  static void Check(QWidget& window, const char* name) {
     window.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&window)) << name;
     Measure(window, name);
   }
-  void Measure(QWidget& window, const char* name) {
+  static void Measure(QWidget& window, const char* name) {
     QCoreApplication::processEvents();
     for (const QString& line : test::ClippedTexts(window))
       ADD_FAILURE() << name << ": " << line.toStdString();
@@ -212,8 +212,9 @@ TEST(MnemonicsTest, TakesLettersThatAreFree) {
             QStringList({"&Open...", "O&ptions...", "Op&en", "O", "A&dd", "Ed&it", "d", "Édi&tion"}));
   const QString open = QString::fromUtf8("開く...");
   const QString file = QString::fromUtf8("ファイル");
-  EXPECT_EQ(WithMnemonics({file, open, open}, {"File", "Open...", "Open"}),
-            QStringList({file + "(&F)", QString::fromUtf8("開く(&O)..."), QString::fromUtf8("開く(&P)...")}));
+  EXPECT_EQ(WithMnemonics({file, open, open, "100%"}, {"File", "Open...", "Open", "100% View"}),
+            QStringList({file + "(&F)", QString::fromUtf8("開く(&O)..."), QString::fromUtf8("開く(&P)..."),
+                         "100%(&V)"}));
 }
 
 TEST(ToolkitTextsTest, TheTableServesWhereTheToolkitHasNoTranslation) {
