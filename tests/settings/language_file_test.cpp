@@ -113,9 +113,12 @@ TEST_F(LanguageFileTest, TextsKeepWhatTheCodeNeeds) {
       const std::wstring english = row.english;
       const std::wstring text = TextIn(language, row.number);
       const std::string where = Where(language, row.number);
-      for (const wchar_t* part :
-           {L"%1", L"%2", L"%s", L";", L"\n", L"...", L"<<", L">>", L"<<Unknown Camera>>"}) {
+      for (const wchar_t* part : {L"%1", L"%2", L"%s", L"\n", L"...", L"<<", L">>", L"<<Unknown Camera>>"}) {
         EXPECT_EQ(Count(text, part), Count(english, part)) << where << ": " << base::Utf8FromWide(part);
+      }
+      // Where older texts part their lines; in others it is a mark like any other.
+      if (row.number < kFirstOwnText) {
+        EXPECT_EQ(Count(text, L";"), Count(english, L";")) << where;
       }
       for (const wchar_t* end : {L"...Ctrl+O", L"...Ctrl+S", L" F1", L"...", L":", L" ."}) {
         EXPECT_EQ(EndsWith(text, end), EndsWith(english, end)) << where;
