@@ -9,6 +9,7 @@
 
 #include "base/progress_sink.h"
 #include "engine/parameters.h"
+#include "picture/pic_buf.h"
 #include "profiles/profile_select.h"
 
 namespace mirellon::batch {
@@ -19,11 +20,26 @@ enum class EntryEnd {
   kFailed,   // a photograph that should have a result now, and has none
 };
 
+// Why an entry has no result, for whoever has words of their own for it; `cause` tells it closer.
+enum class EntryReason {
+  kNone,          // it has one
+  kNoPhotograph,  // no picture file, or no file at all
+  kUnsupported,   // a kind or depth of picture that is refused
+  kTooLarge,
+  kTooSmall,
+  kUnreadable,  // damaged, missing, or not to be read
+  kNoMemory,
+  kNoFolder,    // the folder for the results could not be made
+  kNotWritten,  // the result was refused its place, or writing it failed
+  kLeftOut,     // met before, or among results
+};
+
 // One file, or one folder that was left out. Texts are English, without names and without a full stop.
 struct EntryReport {
   std::filesystem::path input;
   std::filesystem::path output;  // kDone: the result
   EntryEnd end = EntryEnd::kDone;
+  EntryReason reason = EntryReason::kNone;
   std::string cause;        // kSkipped, kFailed: why
   bool photograph = false;  // by its content, or by its name where the content cannot tell
   std::vector<std::string> warnings;
@@ -56,6 +72,10 @@ class BatchObserver {
   virtual void EntryEnded(const EntryReport& report) = 0;
   // One image more for the progress bar: comes with every photograph that was loaded, small ones included.
   virtual void ImageDone() = 0;
+  // The photograph as it was loaded, and what was made of it, before it is saved; lent for the call. The work
+  // waits meanwhile. Not in a dry run, nor of what was stopped.
+  virtual void PictureLoaded(const picture::SBxPicBuf& /*source*/) {}
+  virtual void PictureDenoised(const picture::SBxPicBuf& /*result*/) {}
   // Where the picture in work shows its progress; null: nowhere. Asked once for each.
   virtual base::ProgressSink* PictureProgress() = 0;
 };

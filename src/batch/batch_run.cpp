@@ -49,7 +49,7 @@ BatchSummary BatchRun::ProcessFolder(const std::filesystem::path& folder) {
     if (item->kind == WalkItem::Kind::kFile) {
       Process(item->path);
     } else {
-      Skip(item->path, item->cause, item->unreadable ? EntryEnd::kFailed : EntryEnd::kSkipped);
+      LeaveOut(item->path, item->cause, item->unreadable);
     }
   }
   return summary_;
@@ -69,7 +69,7 @@ BatchSummary BatchRun::ProcessFiles(const std::vector<std::filesystem::path>& fi
   for (const std::filesystem::path& file : files) {
     if (MustEnd()) break;
     if (LiesAmongResults(file)) {
-      Skip(file, "it lies in a folder of results");
+      LeaveOut(file, "it lies in a folder of results");
     } else if (std::error_code error; !std::filesystem::exists(file, error)) {
       // Somebody named it, whatever its name looks like; a file that goes later is like one that a walk
       // misses.
@@ -95,6 +95,7 @@ void BatchRun::Process(const std::filesystem::path& file) {
     end = ProcessPicture(state_, file, observer_, report);
   } catch (const std::bad_alloc&) {
     report.end = EntryEnd::kFailed;
+    report.reason = EntryReason::kNoMemory;
     report.cause = "not enough memory";
     observer_.EntryEnded(report);
   }
@@ -114,19 +115,21 @@ void BatchRun::ReportMissing(const std::filesystem::path& file, const std::strin
   EntryReport report;
   report.input = file;
   report.end = EntryEnd::kFailed;
+  report.reason = EntryReason::kUnreadable;
   report.cause = cause;
   report.photograph = true;
   Count(report.end);
   observer_.EntryEnded(report);
 }
 
-void BatchRun::Skip(const std::filesystem::path& path, const std::string& cause, EntryEnd end) {
+void BatchRun::LeaveOut(const std::filesystem::path& path, const std::string& cause, bool unreadable) {
   EntryReport report;
   report.input = path;
-  report.end = end;
+  report.end = unreadable ? EntryEnd::kFailed : EntryEnd::kSkipped;
+  report.reason = unreadable ? EntryReason::kUnreadable : EntryReason::kLeftOut;
   report.cause = cause;
   report.photograph = IsNamedAsPhotograph(path.filename().native());
-  Count(end);
+  Count(report.end);
   observer_.EntryEnded(report);
 }
 

@@ -38,7 +38,7 @@ class BatchRun {
   void Process(const std::filesystem::path& file);
   void Count(EntryEnd end);
   void ReportMissing(const std::filesystem::path& file, const std::string& cause);
-  void Skip(const std::filesystem::path& path, const std::string& cause, EntryEnd end = EntryEnd::kSkipped);
+  void LeaveOut(const std::filesystem::path& path, const std::string& cause, bool unreadable = false);
 
   BatchState state_;
   Identities results_;  // the folders of results of the tree in work

@@ -39,6 +39,35 @@ bool IsPhotograph(LoadStatus status, const fs::path& file) {
   return known || IsNamedAsPhotograph(file.filename().native());
 }
 
+EntryReason ReasonOf(LoadStatus status) {
+  switch (status) {
+    case LoadStatus::kLoaded:
+      return EntryReason::kNone;
+    case LoadStatus::kNotAFile:
+    case LoadStatus::kEmpty:
+    case LoadStatus::kUnknownFormat:
+      return EntryReason::kNoPhotograph;
+    case LoadStatus::kUnsupportedKind:
+      return EntryReason::kUnsupported;
+    case LoadStatus::kTooLarge:
+      return EntryReason::kTooLarge;
+    case LoadStatus::kOutOfMemory:
+      return EntryReason::kNoMemory;
+    case LoadStatus::kCancelled:
+    case LoadStatus::kMissing:
+    case LoadStatus::kUnreadable:
+    case LoadStatus::kDamaged:
+      break;
+  }
+  return EntryReason::kUnreadable;
+}
+
+EntryReason ReasonOf(imageio::SaveStatus status) {
+  const bool memory =
+      status == imageio::SaveStatus::kOutOfMemory || status == imageio::SaveStatus::kNoPicture;
+  return memory ? EntryReason::kNoMemory : EntryReason::kNotWritten;
+}
+
 bool IsLink(const fs::path& path) {
   std::error_code ignored;
   return fs::is_symlink(fs::symlink_status(path, ignored));
@@ -64,6 +93,7 @@ class PictureJob {
     observer_.EntryStarted(file_);
     if (Load()) return End(false);
     if (TooSmall()) return End(true);
+    if (!state_.options.dryRun) observer_.PictureLoaded(document_.source);
     ChooseParameters();
     if (state_.options.dryRun) {
       report_.output = imageio::WrittenName(target_);
@@ -76,6 +106,7 @@ class PictureJob {
     Denoise();
     Sharpen();
     if (Aborted()) return JobEnd::kAborted;
+    if (!document_.result.empty()) observer_.PictureDenoised(document_.result);
     if (MakeFolder()) return WithoutFolder();
     Save();
     if (report_.end == EntryEnd::kDone) {
@@ -97,8 +128,9 @@ class PictureJob {
     return JobEnd::kReported;
   }
 
-  bool Conclude(EntryEnd end, std::string cause) {
+  bool Conclude(EntryEnd end, EntryReason reason, std::string cause) {
     report_.end = end;
+    report_.reason = reason;
     report_.cause = std::move(cause);
     return true;
   }
@@ -110,7 +142,10 @@ class PictureJob {
     const bool failed = imageio::LoadImageFile(document_, path, /*quiet=*/true, &loaded);
     report_.milliseconds.load = watch_.Lap();
     report_.photograph = IsPhotograph(loaded.status, file_);
-    if (failed) return Conclude(EndOf(loaded.status, report_.photograph), std::move(loaded.cause));
+    if (failed) {
+      return Conclude(EndOf(loaded.status, report_.photograph), ReasonOf(loaded.status),
+                      std::move(loaded.cause));
+    }
     const picture::PicBuf& source = document_.source;
     report_.width = source->width;
     report_.height = source->height;
@@ -124,9 +159,11 @@ class PictureJob {
     const picture::PicBuf& source = document_.source;
     const int bits = source->bitsPerComponent;
     if (std::min(source->width, source->height) < kLeastSide) {
-      return Conclude(EntryEnd::kSkipped, "smaller than 16 pixels");
+      return Conclude(EntryEnd::kSkipped, EntryReason::kTooSmall, "smaller than 16 pixels");
     }
-    if (bits < kLeastDepth || bits > kLargestDepth) return Conclude(EntryEnd::kSkipped, "unsupported depth");
+    if (bits < kLeastDepth || bits > kLargestDepth) {
+      return Conclude(EntryEnd::kSkipped, EntryReason::kUnsupported, "unsupported depth");
+    }
     return false;
   }
 
@@ -150,9 +187,12 @@ class PictureJob {
     report_.output = imageio::WrittenName(target_);
     const std::optional<FileIdentity> folder = IdentityOf(folder_);
     if (folder && state_.sources.contains(*folder)) {
-      return Conclude(EntryEnd::kFailed, "'denoised' leads to a folder of photographs");
+      return Conclude(EntryEnd::kFailed, EntryReason::kNotWritten,
+                      "'denoised' leads to a folder of photographs");
     }
-    if (IsLink(report_.output)) return Conclude(EntryEnd::kFailed, "the result's name is taken by a link");
+    if (IsLink(report_.output)) {
+      return Conclude(EntryEnd::kFailed, EntryReason::kNotWritten, "the result's name is taken by a link");
+    }
     WarnOfReplacing();
     if (!folder) return false;  // it will be made
     // What is where a link leads need not be a result.
@@ -162,7 +202,7 @@ class PictureJob {
       checked.cause = "'denoised' is a link, and nothing is replaced where it leads";
     }
     return checked.status != imageio::SaveStatus::kSaved &&
-           Conclude(EntryEnd::kFailed, std::move(checked.cause));
+           Conclude(EntryEnd::kFailed, ReasonOf(checked.status), std::move(checked.cause));
   }
 
   // Where the result lies, by whatever names; nothing when it cannot be told.
@@ -230,7 +270,8 @@ class PictureJob {
   }
 
   bool CannotMakeFolder(int error) {
-    return Conclude(EntryEnd::kFailed, "the folder 'denoised' cannot be made: " + base::ErrorText(error));
+    return Conclude(EntryEnd::kFailed, EntryReason::kNoFolder,
+                    "the folder 'denoised' cannot be made: " + base::ErrorText(error));
   }
 
   JobEnd WithoutFolder() {
@@ -247,7 +288,7 @@ class PictureJob {
     report_.milliseconds.save = watch_.Lap();
     for (std::string& warning : saved.warnings) report_.warnings.push_back(std::move(warning));
     if (saved.status == imageio::SaveStatus::kNoPicture) saved.cause = "not enough memory";
-    if (failed) (void)Conclude(EntryEnd::kFailed, std::move(saved.cause));
+    if (failed) (void)Conclude(EntryEnd::kFailed, ReasonOf(saved.status), std::move(saved.cause));
     if (!failed) report_.output = saved.written;
   }
 
