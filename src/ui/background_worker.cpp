@@ -6,13 +6,19 @@
 
 namespace mirellon::ui {
 
-BackgroundWorker::BackgroundWorker(QObject* parent) : QObject(parent) {
-  thread_ = std::jthread([this](const std::stop_token& stop) { Loop(stop); });
+BackgroundWorker::BackgroundWorker(QObject* parent, unsigned stackBytes)
+    : QObject(parent), thread_(QThread::create([this] { Loop(); })) {
+  thread_->setStackSize(stackBytes);
+  thread_->start();
+  if (thread_->isRunning() || stackBytes == 0) return;
+  // Where so much cannot be reserved, the usual stack serves nearly everything.
+  thread_->setStackSize(0);
+  thread_->start();
 }
 
 BackgroundWorker::~BackgroundWorker() {
-  thread_.request_stop();
-  thread_.join();
+  stop_.request_stop();
+  thread_->wait();
 }
 
 void BackgroundWorker::Post(std::function<void()> work, Done done) {
@@ -23,7 +29,8 @@ void BackgroundWorker::Post(std::function<void()> work, Done done) {
   wake_.notify_one();
 }
 
-void BackgroundWorker::Loop(const std::stop_token& stop) {
+void BackgroundWorker::Loop() {
+  const std::stop_token stop = stop_.get_token();
   while (true) {
     Job job;
     {

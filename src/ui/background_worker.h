@@ -2,12 +2,13 @@
 #pragma once
 
 #include <QObject>
+#include <QThread>
 #include <condition_variable>
 #include <deque>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <stop_token>
-#include <thread>
 
 namespace mirellon::ui {
 
@@ -17,7 +18,8 @@ class BackgroundWorker : public QObject {
   // Once for each job, on the owner's thread, from its event loop. `outOfMemory`: the job broke off.
   using Done = std::function<void(bool outOfMemory)>;
 
-  explicit BackgroundWorker(QObject* parent = nullptr);
+  // `stackBytes`: the thread's stack, 0 for the system's usual one. It is reserved, not used up.
+  explicit BackgroundWorker(QObject* parent = nullptr, unsigned stackBytes = 0);
   // Waits for the job in work (whoever wants it short stops the job first); those behind it are not begun,
   // and no `done` is called any more.
   ~BackgroundWorker() override;
@@ -32,13 +34,14 @@ class BackgroundWorker : public QObject {
     std::function<void()> work;
     Done done;
   };
-  void Loop(const std::stop_token& stop);
+  void Loop();
   void Do(Job job);
 
   std::mutex mutex_;
   std::condition_variable_any wake_;
   std::deque<Job> jobs_;
-  std::jthread thread_;  // the last member: it ends before the others go
+  std::stop_source stop_;
+  std::unique_ptr<QThread> thread_;  // has ended before any member goes
 };
 
 }  // namespace mirellon::ui

@@ -18,6 +18,7 @@ target_link_libraries(mirellon_test_window
   PUBLIC mirellon_test_support mirellon_ui Qt6::Test PRIVATE mirellon_warnings)
 target_compile_definitions(mirellon_test_window PRIVATE MIRELLON_TEST_SCREEN="${CMAKE_CURRENT_LIST_DIR}/screen.json")
 
+mirellon_add_test(ui/background_worker LINK mirellon_test_window)
 mirellon_add_test(ui/image_view LINK mirellon_test_window)
 mirellon_add_test(ui/languages LINK mirellon_test_window SOURCES ui/clipped_texts.cpp)
 mirellon_add_test(ui/main_window LINK mirellon_test_window)
