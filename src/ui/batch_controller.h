@@ -1,30 +1,18 @@
 // A batch run beside the window.
 #pragma once
 
+#include <QImage>
 #include <QObject>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
-#include <string>
-#include <vector>
 
 #include "batch/batch_run.h"
 #include "ui/background_worker.h"
 #include "ui/desktop_context.h"
+#include "ui/model/batch_outcome.h"
 
 namespace mirellon::ui {
-
-// What went wrong with one file or folder of a run.
-struct BatchProblem {
-  std::filesystem::path path;
-  batch::EntryEnd end = batch::EntryEnd::kSkipped;
-  std::string cause;
-};
-
-struct BatchOutcome {
-  batch::BatchSummary summary;
-  std::vector<BatchProblem> problems;  // photographs that were skipped, and what failed
-};
 
 // Lives on the window's thread; one run at a time. The signals come from the event loop.
 class BatchController : public QObject {
@@ -37,10 +25,10 @@ class BatchController : public QObject {
   BatchController(const BatchController&) = delete;
   BatchController& operator=(const BatchController&) = delete;
 
-  // Counts the folder's images; counted() tells. A folder counted before is not told of any more.
-  void Count(const std::filesystem::path& folder);
-  // Runs on the folder; the engine must be free. finished() follows in any case.
-  void Start(const std::filesystem::path& folder, std::uint32_t quality);
+  // Counts the images; counted() tells. What was asked for before is not told of any more.
+  void Count(const BatchWork& work);
+  // The engine must be free. finished() follows in any case.
+  void Start(const BatchWork& work, std::uint32_t quality);
   void Stop();   // the picture in work is finished first
   void Abort();  // at once
 
@@ -49,12 +37,15 @@ class BatchController : public QObject {
  signals:
   void counted(std::uint32_t images);
   void entryStarted(const std::filesystem::path& file);
+  // Of the one in work, small and upright: as it was, and once it is denoised.
+  void loaded(const QImage& thumbnail);
+  void denoised(const QImage& thumbnail);
   void imageDone();
   void finished(const mirellon::ui::BatchOutcome& outcome);
 
  private:
   class Observer;
-  void Run(const std::filesystem::path& folder, BatchOutcome& outcome);
+  void Run(const BatchWork& work, BatchOutcome& outcome);
 
   DesktopContext& context_;
   base::RunControl countControl_;

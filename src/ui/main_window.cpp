@@ -17,8 +17,10 @@
 #include "settings/text_table.h"
 #include "skin/schemes.h"
 #include "ui/dialogs/batch_progress_dialog.h"
+#include "ui/dialogs/batch_report_dialog.h"
 #include "ui/failure_texts.h"
 #include "ui/mnemonics.h"
+#include "ui/local_url.h"
 #include "ui/model/view_texts.h"
 #include "ui/model/window_place.h"
 #include "ui/parameter_panel.h"
@@ -230,6 +232,11 @@ void MainWindow::FollowActivity() {
   } else {
     status_->ShowWork(workbench_.previewing() ? texts_(text::kPreviewing) : QString(), false);
   }
+  if (activity == Activity::kBatch) {
+    setCursor(Qt::WaitCursor);
+  } else {
+    unsetCursor();
+  }
   if (activity != Activity::kLoading) UpdateCommands();
   if (workbench_.idle()) {
     progressTimer_.stop();
@@ -360,13 +367,13 @@ void MainWindow::StorePlace() {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
+  if (workbench_.session().activity() == Activity::kBatch && !MayLeaveBatch()) return event->ignore();
   if (!workbench_.idle()) {
     // Nothing is torn: what runs is stopped, a save is waited for, and then the window closes.
     event->ignore();
     closing_ = true;
     workbench_.DropPreview();
     if (workbench_.session().activity() != Activity::kSaving) workbench_.Abort();
-    if (batch_.running()) batch_.Abort();
     if (workbench_.idle()) QTimer::singleShot(0, this, &MainWindow::close);
     return;
   }
@@ -396,19 +403,16 @@ void MainWindow::EndNow() {
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-  const QList<QUrl> urls = event->mimeData()->urls();
-  if ((*actions_)[Command::kOpen]->isEnabled() && !urls.isEmpty() && urls.first().isLocalFile()) {
-    event->acceptProposedAction();
-  }
+  const bool free = (*actions_)[Command::kOpen]->isEnabled();
+  if (free && !LocalPaths(event->mimeData()->urls()).empty()) event->acceptProposedAction();
 }
 
 void MainWindow::dropEvent(QDropEvent* event) {
-  const QList<QUrl> urls = event->mimeData()->urls();
-  if (urls.isEmpty() || !urls.first().isLocalFile()) return;
+  const std::vector<std::filesystem::path> dropped = LocalPaths(event->mimeData()->urls());
+  if (dropped.empty()) return;
   event->acceptProposedAction();
-  const std::filesystem::path file = PathOf(urls.first().toLocalFile());
   // The dragging program waits for the end of this call: questions come after it.
-  QTimer::singleShot(0, this, [this, file] { LeaveThen([this, file] { Open(file); }); });
+  QTimer::singleShot(0, this, [this, dropped] { TakeDropped(dropped); });
 }
 
 }  // namespace mirellon::ui

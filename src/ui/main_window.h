@@ -23,6 +23,7 @@
 namespace mirellon::ui {
 
 class BatchProgressDialog;
+class BatchReportDialog;
 class ParameterPanel;
 
 // Owns menus, toolbar, view, panel and status line, and takes every command to where it is done. The work
@@ -79,9 +80,13 @@ class MainWindow : public QMainWindow {
 
   // main_window_batch.cpp
   void AskAndStartBatch();
-  void StartBatch(const std::filesystem::path& folder);
+  void AskOptionsAndStart(const BatchWork& work);
+  void StartBatch(const BatchWork& work);
   void ConnectBatch();
   void FinishBatch(const BatchOutcome& outcome);
+  // Whether the window may close while a batch has it; asks, and sees to the end of the run.
+  [[nodiscard]] bool MayLeaveBatch();
+  void TakeDropped(const std::vector<std::filesystem::path>& dropped);
 
   // main_window_commands.cpp
   void AskAndOpen();
@@ -110,6 +115,8 @@ class MainWindow : public QMainWindow {
   Workbench workbench_;
   BatchController batch_;
   QPointer<BatchProgressDialog> batchDialog_;
+  QPointer<BatchReportDialog> batchReport_;
+  BatchWork batchWork_;
   std::optional<std::uint32_t> batchTotal_;
   ImageView* view_ = nullptr;
   ParameterPanel* panel_ = nullptr;

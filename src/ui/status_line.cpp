@@ -1,29 +1,11 @@
 #include "ui/status_line.h"
 
-#include <QPainter>
-
+#include "ui/elided_label.h"
 #include "ui/model/view_texts.h"
 
 namespace mirellon::ui {
 
 namespace {
-
-// Cuts its text with an ellipsis rather than widening the window.
-class ElidedLabel : public QLabel {
- public:
-  explicit ElidedLabel(QWidget* parent) : QLabel(parent) {
-    setMinimumWidth(0);
-    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  }
-
- protected:
-  void paintEvent(QPaintEvent* /*event*/) override {
-    QPainter painter(this);
-    painter.setPen(palette().color(foregroundRole()));
-    const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, width());
-    painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, shown);
-  }
-};
 
 constexpr int kNoteMs = 6000;
 constexpr int kWorkDelayMs = 250;
@@ -33,7 +15,7 @@ constexpr int kWorkDelayMs = 250;
 StatusLine::StatusLine(const Texts& texts, QWidget* parent)
     : QStatusBar(parent),
       texts_(texts),
-      hint_(new ElidedLabel(this)),
+      hint_(new ElidedLabel(Qt::ElideRight, this)),
       bar_(new QProgressBar(this)),
       stop_(new QPushButton(texts(text::kAbort), this)),
       photograph_(new QLabel(this)),

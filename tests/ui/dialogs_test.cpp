@@ -2,7 +2,6 @@
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSlider>
@@ -12,7 +11,6 @@
 
 #include "support/temporary_folder.h"
 #include "ui/dialogs/adding_dialog.h"
-#include "ui/dialogs/batch_progress_dialog.h"
 #include "ui/dialogs/options_dialog.h"
 #include "ui/dialogs/quality_slider.h"
 #include "ui/dialogs/save_dialog.h"
@@ -91,18 +89,6 @@ TEST_F(DialogsTest, OptionsFollowTheCard) {
     EXPECT_EQ(outcome.hwAccel, usable ? 1 : 0);
     EXPECT_EQ(outcome.fusion, usable ? 1 : 0);
   }
-}
-
-TEST_F(DialogsTest, BatchEstimatesItsTime) {
-  BatchProgressDialog dialog(texts, nullptr);
-  dialog.SetTotal(10);
-  for (int i = 0; i < 65; ++i) dialog.Tick();
-  dialog.ImageDone();
-  EXPECT_EQ(dialog.findChild<QLabel*>("control1010")->text(), "01:05");
-  EXPECT_EQ(dialog.findChild<QLabel*>("control1009")->text(), "10:50");
-  EXPECT_EQ(dialog.findChild<QProgressBar*>("control1008")->value(), 1);
-  dialog.ShowEntry(std::string("/in/b\xFF.jpg"));
-  EXPECT_TRUE(dialog.findChild<QLabel*>("entry")->text().startsWith("b"));
 }
 
 }  // namespace

@@ -222,46 +222,5 @@ TEST(MainWindowTest, RemembersPhotographsAndColours) {
   EXPECT_EQ(harness.settings.GetNumber(settings::Setting::kColourScheme), 1);
 }
 
-TEST(MainWindowTest, RunsABatchAndReportsWhatWasLeftOut) {
-  WindowHarness harness;
-  std::filesystem::create_directory(harness.folder / "in");
-  harness.Open(harness.WritePhotograph("in/a.png", Photo()));
-  (void)harness.WritePhotograph("in/b.jpg", Photo());
-  (void)harness.WritePhotograph("in/small.png", Photo(10, 10));
-  test::WriteBytes(harness.folder / "in/broken.jpg", "\xFF\xD8\xFF\xE0 broken");
-  harness.dialogs.folders = {harness.folder / "in"};
-  harness.Do(Command::kBatch);
-  EXPECT_FALSE(harness.session().activity() == Activity::kBatch) << "the options were cancelled";
-  EXPECT_EQ(harness.settings.GetLatestFolder(), harness.folder / "in");
-  harness.dialogs.folders = {harness.folder / "in"};
-  harness.dialogs.batchQualities = {60};
-  harness.Do(Command::kBatch);
-  EXPECT_FALSE(harness.session().hasImage());
-  EXPECT_FALSE(harness.Action(Command::kOpen)->isEnabled());
-  EXPECT_NE(harness.Find<QDialog>("batchProgressDialog"), nullptr);
-  ASSERT_TRUE(WaitFor([&] { return !harness.dialogs.messages.empty(); }));
-  const std::wstring& report = harness.dialogs.messages.front();
-  EXPECT_NE(report.find(L"successfully finished"), std::wstring::npos);
-  EXPECT_NE(report.find(L"small.png"), std::wstring::npos);
-  EXPECT_NE(report.find(L"broken.jpg"), std::wstring::npos);
-  EXPECT_EQ(test::FilesIn(harness.folder / "in/denoised"), 2U);
-  EXPECT_EQ(harness.settings.GetNumber(settings::Setting::kJpeg), 60);
-  EXPECT_TRUE(harness.Action(Command::kOpen)->isEnabled());
-}
-
-TEST(MainWindowTest, ACancelledBatchFinishesItsPicture) {
-  WindowHarness harness;
-  std::filesystem::create_directory(harness.folder / "in");
-  for (const char* name : {"in/a.png", "in/b.png", "in/c.png"}) (void)harness.WritePhotograph(name, Photo());
-  harness.dialogs.folders = {harness.folder / "in"};
-  harness.dialogs.batchQualities = {60};
-  harness.Do(Command::kBatch);
-  auto* dialog = harness.Find<QDialog>("batchProgressDialog");
-  ASSERT_TRUE(WaitFor([&] { return !dialog->findChild<QLabel*>("entry")->text().isEmpty(); }));
-  dialog->reject();
-  ASSERT_TRUE(WaitFor([&] { return !harness.dialogs.messages.empty(); }));
-  EXPECT_EQ(test::FilesIn(harness.folder / "in/denoised"), 1U);
-}
-
 }  // namespace
 }  // namespace mirellon::ui

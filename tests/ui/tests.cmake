@@ -10,15 +10,19 @@ mirellon_add_test(ui/model/view_renderer LINK mirellon_ui_model)
 
 find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
 add_library(mirellon_test_window STATIC
-  ${CMAKE_CURRENT_LIST_DIR}/qt_main.cpp ${CMAKE_CURRENT_LIST_DIR}/tagged_photo.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/window_harness.cpp)
+  ${CMAKE_CURRENT_LIST_DIR}/opened_folders.h ${CMAKE_CURRENT_LIST_DIR}/qt_main.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/tagged_photo.cpp ${CMAKE_CURRENT_LIST_DIR}/window_harness.cpp)
+set_target_properties(mirellon_test_window PROPERTIES AUTOMOC ON)
 target_link_libraries(mirellon_test_window
   PUBLIC mirellon_test_support mirellon_ui Qt6::Test
   PRIVATE PkgConfig::exiv2 PkgConfig::lcms mirellon_warnings)
-  PUBLIC mirellon_test_support mirellon_ui Qt6::Test PRIVATE mirellon_warnings)
 target_compile_definitions(mirellon_test_window PRIVATE MIRELLON_TEST_SCREEN="${CMAKE_CURRENT_LIST_DIR}/screen.json")
 
+mirellon_add_test(ui/model/batch_outcome LINK mirellon_ui_model)
+mirellon_add_test(ui/model/thumbnail LINK mirellon_ui_model)
 mirellon_add_test(ui/background_worker LINK mirellon_test_window)
+mirellon_add_test(ui/batch_dialogs LINK mirellon_test_window)
+mirellon_add_test(ui/main_window_batch LINK mirellon_test_window mirellon_test_image_files)
 mirellon_add_test(ui/image_view LINK mirellon_test_window)
 mirellon_add_test(ui/languages LINK mirellon_test_window SOURCES ui/clipped_texts.cpp)
 mirellon_add_test(ui/main_window LINK mirellon_test_window)

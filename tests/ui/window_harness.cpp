@@ -1,5 +1,6 @@
 #include "ui/window_harness.h"
 
+#include <QApplication>
 #include <QTest>
 #include <utility>
 
@@ -59,18 +60,19 @@ std::optional<int> ScriptedDialogs::AskChoice(const std::wstring& text, const st
   return Next(choices);
 }
 
-WindowHarness::WindowHarness(settings::Localization texts)
+WindowHarness::WindowHarness(settings::Localization texts, Ask ask)
     : settings(folder / "config"),
       localization(std::move(texts)),
       context{engine,
               settings,
               localization,
-              dialogs,
+              ask == Ask::kUser ? static_cast<ui::Dialogs&>(realDialogs) : dialogs,
               folder / "config",
               {},
               settings::LoadSettings(settings, [] { return false; }),
               nullptr},
       window(std::make_unique<ui::MainWindow>(context)) {
+  realDialogs.SetOwner(window.get());
   engine.processorCount = 2;
   window->resize(1100, 760);
   window->show();
@@ -95,6 +97,27 @@ void WindowHarness::WaitUntilIdle() {
 
 QAction* WindowHarness::Action(ui::Command command) {
   return window->findChild<QAction*>(QStringLiteral("command%1").arg(static_cast<int>(command)));
+}
+
+ModalUser::ModalUser() {
+  QObject::connect(&timer_, &QTimer::timeout, this, &ModalUser::Look);
+  timer_.start(5);
+}
+
+ModalUser::~ModalUser() {
+  for (const Step& step : steps_) ADD_FAILURE() << step.name.toStdString() << " did not come";
+}
+
+void ModalUser::Expect(const char* name, std::function<void(QWidget* dialog)> action) {
+  steps_.push_back({QString::fromLatin1(name), std::move(action)});
+}
+
+void ModalUser::Look() {
+  QWidget* dialog = QApplication::activeModalWidget();
+  if (dialog == nullptr || steps_.empty() || dialog->objectName() != steps_.front().name) return;
+  const Step step = std::move(steps_.front());
+  steps_.pop_front();
+  step.action(dialog);
 }
 
 bool WaitFor(const std::function<bool()>& condition) {

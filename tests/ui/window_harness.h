@@ -1,6 +1,7 @@
 // A main window with files of its own and a user that follows a script.
 #pragma once
 
+#include <QTimer>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -10,6 +11,7 @@
 #include "picture/pic_buf.h"
 #include "support/temporary_folder.h"
 #include "ui/desktop_context.h"
+#include "ui/dialogs/qt_dialogs.h"
 #include "ui/main_window.h"
 
 namespace mirellon::test {
@@ -42,7 +44,8 @@ class ScriptedDialogs : public ui::Dialogs {
 
 class WindowHarness {
  public:
-  explicit WindowHarness(settings::Localization texts = {});
+  enum class Ask { kScript, kUser };  // kUser: the real dialogs
+  explicit WindowHarness(settings::Localization texts = {}, Ask ask = Ask::kScript);
 
   // A photograph of its own in the folder.
   std::filesystem::path WritePhotograph(const std::string& name, const picture::SBxPicBuf& picture);
@@ -63,8 +66,27 @@ class WindowHarness {
   engine::EngineContext engine;
   settings::AppSettings settings;
   settings::Localization localization;
+  ui::QtDialogs realDialogs{ui::Texts(localization)};
   ui::DesktopContext context;
   std::unique_ptr<ui::MainWindow> window;
+};
+
+// A user of modal dialogs: waits for each by its object name, in turn, and does with it what it was told.
+class ModalUser : public QObject {
+ public:
+  ModalUser();
+  // All have come.
+  ~ModalUser() override;
+  void Expect(const char* name, std::function<void(QWidget* dialog)> action);
+
+ private:
+  struct Step {
+    QString name;
+    std::function<void(QWidget*)> action;
+  };
+  void Look();
+  std::deque<Step> steps_;
+  QTimer timer_;
 };
 
 // Runs the event loop until the condition holds; false after half a minute.

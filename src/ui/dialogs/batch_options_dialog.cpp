@@ -1,8 +1,11 @@
 #include "ui/dialogs/batch_options_dialog.h"
 
 #include <QDialogButtonBox>
+#include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
+
+#include "ui/dialogs/mnemonics.h"
 
 namespace mirellon::ui {
 
@@ -15,8 +18,16 @@ BatchOptionsDialog::BatchOptionsDialog(int jpegQuality, const Texts& texts, QWid
   text->setTextFormat(Qt::PlainText);
   text->setWordWrap(true);
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-  buttons->button(QDialogButtonBox::Ok)->setText(texts(text::kOk));
-  buttons->button(QDialogButtonBox::Cancel)->setText(texts(text::kCancel));
+  Mnemonics mnemonics;
+  const auto name = [&](QDialogButtonBox::StandardButton which, int number, const char* object) {
+    QPushButton* button = buttons->button(which);
+    button->setObjectName(QLatin1String(object));
+    button->setText(mnemonics(texts(number)));
+  };
+  name(QDialogButtonBox::Ok, text::kOk, "ok1");
+  name(QDialogButtonBox::Cancel, text::kCancel, "cancel2");
+  auto* caption = quality_->findChild<QLabel*>(QStringLiteral("control1075"));
+  caption->setText(mnemonics(caption->text()));
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(16, 16, 16, 16);
   column->setSpacing(16);

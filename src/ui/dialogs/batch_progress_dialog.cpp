@@ -3,10 +3,14 @@
 #include <QDialogButtonBox>
 #include <QGridLayout>
 #include <QPushButton>
+#include <QTextDocument>
 #include <algorithm>
 #include <limits>
 
+#include "base/text.h"
 #include "batch/time_estimate.h"
+#include "ui/dialogs/mnemonics.h"
+#include "ui/elided_label.h"
 
 namespace mirellon::ui {
 
@@ -18,65 +22,115 @@ QString Clock(std::uint32_t seconds) {
   return QString::fromStdString(batch::ClockText(seconds));
 }
 
+QLabel* ValueLabel(const char* name, const QString& caption, QWidget* parent) {
+  auto* label = new QLabel(Clock(0), parent);
+  label->setObjectName(QLatin1String(name));
+  label->setAccessibleName(caption);
+  label->setAlignment(Qt::AlignTrailing | Qt::AlignVCenter);
+  return label;
+}
+
 }  // namespace
 
 BatchProgressDialog::BatchProgressDialog(const Texts& texts, QWidget* parent)
     : QDialog(parent),
-      entry_(new QLabel(this)),
+      entry_(new ElidedLabel(Qt::ElideMiddle, this)),
+      before_(new ThumbnailView(this)),
+      after_(new ThumbnailView(this)),
       bar_(new QProgressBar(this)),
-      estimate_(new QLabel(Clock(0), this)),
-      elapsedText_(new QLabel(Clock(0), this)) {
+      estimateText_(ValueLabel("control1009", texts(74), this)),
+      elapsedText_(ValueLabel("control1010", texts(75), this)),
+      remainingText_(ValueLabel("remaining", texts(text::kRemaining), this)) {
   setObjectName(QStringLiteral("batchProgressDialog"));
   setWindowTitle(texts(73));
   entry_->setObjectName(QStringLiteral("entry"));
-  entry_->setTextFormat(Qt::PlainText);
-  entry_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  before_->setObjectName(QStringLiteral("thumbnailBefore"));
+  before_->setAccessibleName(texts(text::kBefore));
+  after_->setObjectName(QStringLiteral("thumbnailAfter"));
+  after_->setAccessibleName(texts(text::kAfter));
   bar_->setObjectName(QStringLiteral("control1008"));
+  bar_->setAccessibleName(texts(73));
   bar_->setTextVisible(false);
   bar_->setFixedHeight(8);
   bar_->setRange(0, 0);  // until the images are counted
-  estimate_->setObjectName(QStringLiteral("control1009"));
-  estimate_->setAlignment(Qt::AlignRight);
-  elapsedText_->setObjectName(QStringLiteral("control1010"));
-  elapsedText_->setAlignment(Qt::AlignRight);
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, this);
-  buttons->button(QDialogButtonBox::Cancel)->setText(texts(text::kCancel));
-  auto* grid = new QGridLayout(this);
-  grid->setContentsMargins(16, 16, 16, 16);
-  grid->setSpacing(8);
-  grid->setColumnMinimumWidth(1, 200);
-  grid->addWidget(entry_, 0, 0, 1, 2);
-  grid->addWidget(bar_, 1, 0, 1, 2);
-  grid->addWidget(new QLabel(texts(74), this), 2, 0);
-  grid->addWidget(estimate_, 2, 1);
-  grid->addWidget(new QLabel(texts(75), this), 3, 0);
-  grid->addWidget(elapsedText_, 3, 1);
-  grid->addWidget(buttons, 4, 0, 1, 2);
-  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  remainingText_->clear();
+  Build(texts);
   connect(&timer_, &QTimer::timeout, this, &BatchProgressDialog::Tick);
+  timer_.setTimerType(Qt::PreciseTimer);
   timer_.start(kTickMs);
 }
 
+void BatchProgressDialog::Build(const Texts& texts) {
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, this);
+  Mnemonics mnemonics;
+  QPushButton* cancel = buttons->button(QDialogButtonBox::Cancel);
+  cancel->setObjectName(QStringLiteral("cancel2"));
+  cancel->setText(mnemonics(texts(text::kCancel)));
+  const auto caption = [&](int number, const char* name) {
+    auto* label = new QLabel(texts(number), this);
+    label->setObjectName(QLatin1String(name));
+    return label;
+  };
+  auto* grid = new QGridLayout(this);
+  grid->setContentsMargins(16, 16, 16, 16);
+  grid->setSpacing(8);
+  grid->addWidget(entry_, 0, 0, 1, 2);
+  grid->addWidget(before_, 1, 0);
+  grid->addWidget(after_, 1, 1);
+  grid->addWidget(caption(text::kBefore, "captionBefore"), 2, 0, Qt::AlignHCenter);
+  grid->addWidget(caption(text::kAfter, "captionAfter"), 2, 1, Qt::AlignHCenter);
+  grid->addWidget(bar_, 3, 0, 1, 2);
+  grid->addWidget(caption(74, "control1075"), 4, 0);
+  grid->addWidget(estimateText_, 4, 1);
+  grid->addWidget(caption(75, "control1078"), 5, 0);
+  grid->addWidget(elapsedText_, 5, 1);
+  grid->addWidget(caption(text::kRemaining, "captionRemaining"), 6, 0);
+  grid->addWidget(remainingText_, 6, 1);
+  grid->addWidget(buttons, 7, 0, 1, 2);
+  grid->setRowStretch(1, 1);
+  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+}
+
 void BatchProgressDialog::SetTotal(std::uint32_t images) {
+  counted_ = true;
   total_ = images;
   constexpr std::uint32_t kMost = std::numeric_limits<int>::max();
   bar_->setRange(0, static_cast<int>(std::clamp(images, 1U, kMost)));
-  bar_->setValue(static_cast<int>(finished_));
+  // Counted later than the first ones were done.
+  if (finished_ > 0) estimateText_->setText(Clock(batch::EstimateTotal(elapsed_, total_, finished_ - 1)));
+  ShowCounts();
 }
 
 void BatchProgressDialog::ShowEntry(const std::filesystem::path& file) {
   entry_->setText(ShownName(file));
+  const QString path = QString::fromStdString(base::PrintableName(file.native()));
+  entry_->setToolTip(Qt::convertFromPlainText(path));
+  before_->Show({});
+  after_->Show({});
 }
 
 void BatchProgressDialog::ImageDone() {
-  estimate_->setText(Clock(batch::EstimateTotal(elapsed_, total_, finished_)));
+  if (counted_) estimateText_->setText(Clock(batch::EstimateTotal(elapsed_, total_, finished_)));
   ++finished_;
-  bar_->setValue(static_cast<int>(finished_));
+  ShowCounts();
+}
+
+void BatchProgressDialog::ShowCounts() {
+  if (!counted_) return;
+  // What is worked on need not be what was counted.
+  bar_->setValue(
+      static_cast<int>(std::min<std::uint32_t>(finished_, static_cast<std::uint32_t>(bar_->maximum()))));
+  remainingText_->setText(QString::number(total_ - std::min(finished_, total_)));
 }
 
 void BatchProgressDialog::Tick() {
   ++elapsed_;
   elapsedText_->setText(Clock(elapsed_));
+}
+
+void BatchProgressDialog::done(int result) {
+  timer_.stop();
+  QDialog::done(result);
 }
 
 }  // namespace mirellon::ui

@@ -8,6 +8,7 @@
 #include "ui/dialogs/adding_dialog.h"
 #include "ui/dialogs/batch_options_dialog.h"
 #include "ui/dialogs/save_dialog.h"
+#include "ui/local_url.h"
 
 namespace mirellon::ui {
 
@@ -74,10 +75,13 @@ std::optional<SaveAnswer> QtDialogs::AskSave(const SaveQuestion& question) {
 
 std::optional<std::filesystem::path> QtDialogs::AskFolder(const std::wstring& title,
                                                           const std::filesystem::path& start) {
-  const QString chosen =
-      QFileDialog::getExistingDirectory(owner_, QString::fromStdWString(title), TextOf(start));
-  if (chosen.isEmpty()) return std::nullopt;
-  return PathOf(chosen);
+  // At once accepted, it is the folder to start with.
+  QFileDialog dialog(owner_, QString::fromStdWString(title), TextOf(start));
+  dialog.setObjectName(QStringLiteral("folderDialog"));
+  dialog.setFileMode(QFileDialog::Directory);
+  dialog.setOption(QFileDialog::ShowDirsOnly);
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedUrls().isEmpty()) return std::nullopt;
+  return PathOf(dialog.selectedUrls().first());
 }
 
 std::optional<int> QtDialogs::AskBatchOptions(int jpegQuality) {
@@ -96,6 +100,7 @@ std::optional<int> QtDialogs::AskChoice(const std::wstring& text, const std::wst
                                         const std::vector<std::wstring>& answers) {
   QMessageBox box(QMessageBox::Question, QString::fromStdWString(caption), QString::fromStdWString(text),
                   QMessageBox::NoButton, owner_);
+  box.setObjectName(QStringLiteral("question"));
   box.setTextFormat(Qt::PlainText);
   std::vector<QAbstractButton*> buttons;
   for (const std::wstring& answer : answers) {
