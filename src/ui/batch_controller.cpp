@@ -83,7 +83,10 @@ class BatchController::Observer : public batch::BatchObserver {
   void ImageDone() override {
     Tell([this] { emit controller_.imageDone(); });
   }
-  base::ProgressSink* PictureProgress() override { return nullptr; }
+  base::ProgressSink* PictureProgress() override {
+    controller_.progress_.Reset();
+    return &controller_.progress_;
+  }
 
   std::vector<BatchEntry> entries;
 
@@ -102,14 +105,16 @@ BatchController::BatchController(DesktopContext& context)
     : context_(context), observer_(std::make_unique<Observer>(*this)), worker_(nullptr, kBatchStackBytes) {}
 
 BatchController::~BatchController() {
-  countControl_.RequestAbort();
+  countControl_->RequestAbort();
   if (running()) Abort();
 }
 
 void BatchController::Count(const BatchWork& work) {
   const unsigned number = ++counts_;
+  countControl_->RequestAbort();
+  countControl_ = std::make_shared<base::RunControl>();
   auto images = std::make_shared<std::uint32_t>(0);
-  counter_.Post([this, work, images] { *images = CountOf(work, countControl_); },
+  counter_.Post([work, images, control = countControl_] { *images = CountOf(work, *control); },
                 [this, number, images](bool) {
                   if (number == counts_) emit counted(*images);
                 });

@@ -11,6 +11,7 @@
 #include "ui/background_worker.h"
 #include "ui/desktop_context.h"
 #include "ui/model/batch_outcome.h"
+#include "ui/model/shared_progress.h"
 
 namespace mirellon::ui {
 
@@ -25,7 +26,7 @@ class BatchController : public QObject {
   BatchController(const BatchController&) = delete;
   BatchController& operator=(const BatchController&) = delete;
 
-  // Counts the images; counted() tells. What was asked for before is not told of any more.
+  // Counts the images; counted() tells. A count asked for before ends, and is not told of.
   void Count(const BatchWork& work);
   // The engine must be free. finished() follows in any case.
   void Start(const BatchWork& work, std::uint32_t quality);
@@ -33,6 +34,8 @@ class BatchController : public QObject {
   void Abort();  // at once
 
   [[nodiscard]] bool running() const { return run_ != nullptr; }
+  // Of the picture in work.
+  [[nodiscard]] int progressPermille() const { return progress_.Permille(); }
 
  signals:
   void counted(std::uint32_t images);
@@ -48,8 +51,9 @@ class BatchController : public QObject {
   void Run(const BatchWork& work, BatchOutcome& outcome);
 
   DesktopContext& context_;
-  base::RunControl countControl_;
+  std::shared_ptr<base::RunControl> countControl_ = std::make_shared<base::RunControl>();
   unsigned counts_ = 0;
+  SharedProgress progress_;
   std::unique_ptr<Observer> observer_;
   profiles::NoiseProfileStore store_;  // the run's own
   std::unique_ptr<batch::BatchRun> run_;

@@ -178,7 +178,7 @@ void MainWindow::Connect() {
   connect(status_, &StatusLine::stopRequested, &workbench_, &Workbench::Abort);
   progressTimer_.setInterval(kProgressMs);
   connect(&progressTimer_, &QTimer::timeout, this, [this] {
-    status_->ShowProgress(workbench_.progressPermille());
+    status_->ShowProgress(batch_.running() ? batch_.progressPermille() : workbench_.progressPermille());
     panel_->ShowProgress(workbench_.progressPermille());
   });
   commandTimer_.setSingleShot(true);
@@ -229,6 +229,8 @@ void MainWindow::FollowActivity() {
     status_->ShowWork(texts_(text::kSaving).arg(ShownName(saving_)), true);
   } else if (denoising) {
     status_->ShowWork(texts_(text::kDenoising), false);
+  } else if (activity == Activity::kBatch) {
+    status_->ShowWork(texts_(text::kBatch), false);
   } else {
     status_->ShowWork(workbench_.previewing() ? texts_(text::kPreviewing) : QString(), false);
   }
@@ -256,6 +258,7 @@ void MainWindow::UpdateCommands() {
   zoomBox_->setEnabled(usable);
   const bool open = (*actions_)[Command::kOpen]->isEnabled();
   for (QMenu* menu : busyMenus_) menu->setEnabled(open);
+  startHint_->setEnabled(open);
   recentMenu_->setEnabled(open && !recent_.files().empty());
   panel_->SetUsable(session.hasImage() && session.activity() != Activity::kLoading);
 }

@@ -37,7 +37,7 @@ void MainWindow::TakeDropped(const std::vector<std::filesystem::path>& dropped) 
   std::vector<std::wstring> answers{texts_(text::kDenoiseAll).toStdWString()};
   if (first != dropped.end()) answers.push_back(texts_(text::kOpenFirst).toStdWString());
   const std::optional<int> answer = context_.dialogs.AskChoice(texts_(text::kBatchOffer).toStdWString(),
-                                                               texts_(73).toStdWString(), answers);
+                                                               texts_(text::kBatch).toStdWString(), answers);
   if (!answer) return;
   if (*answer == 0) {
     LeaveThen([this, dropped] { AskOptionsAndStart({dropped}); });
@@ -122,8 +122,8 @@ bool MainWindow::MayLeaveBatch() {
   if (closing_) return false;
   if (batchReport_ == nullptr) {
     const std::optional<int> answer =
-        context_.dialogs.AskChoice(texts_(text::kCloseDuringBatch).toStdWString(), texts_(73).toStdWString(),
-                                   {texts_(text::kYes).toStdWString()});
+        context_.dialogs.AskChoice(texts_(text::kCloseDuringBatch).toStdWString(),
+                                   texts_(text::kBatch).toStdWString(), {texts_(text::kYes).toStdWString()});
     if (!answer) return false;
   }
   // The run may have come to its end during the question.

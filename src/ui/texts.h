@@ -28,6 +28,7 @@ inline constexpr int kSaveTitle = 56;
 inline constexpr int kOk = 59;
 inline constexpr int kCancel = 60;
 inline constexpr int kInformation = 63;
+inline constexpr int kBatch = 73;
 inline constexpr int kWarning = 81;
 inline constexpr int kCrashed = 85;
 // Texts of this program alone.

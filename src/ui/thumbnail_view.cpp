@@ -10,6 +10,7 @@ namespace {
 constexpr QSize kUsual(192, 144);
 constexpr qreal kRadius = 4;
 constexpr int kFrame = 4;
+constexpr int kShade = 115;  // percent
 
 }  // namespace
 
@@ -31,7 +32,7 @@ void ThumbnailView::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(QPen(palette().color(QPalette::Mid), 1));
-  painter.setBrush(palette().color(QPalette::Base));
+  painter.setBrush(palette().color(QPalette::Window).darker(kShade));  // never brighter than the picture
   painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kRadius, kRadius);
   if (image_.isNull()) return;
   const qreal ratio = devicePixelRatioF();

@@ -132,6 +132,7 @@ TEST_F(MainWindowBatchTest, RunsFromTheMenuToTheReport) {
   int greyed = 0;
   for (const QAction* action : harness.window->menuBar()->actions()) greyed += action->isEnabled() ? 0 : 1;
   EXPECT_GE(greyed, 3);
+  EXPECT_FALSE(harness.Find<QPushButton>("startOpen")->isEnabled());
   // The run may be quicker than this look at it.
   int before = 0;
   int after = 0;

@@ -42,17 +42,18 @@ BatchProgressDialog::BatchProgressDialog(const Texts& texts, QWidget* parent)
       elapsedText_(ValueLabel("control1010", texts(75), this)),
       remainingText_(ValueLabel("remaining", texts(text::kRemaining), this)) {
   setObjectName(QStringLiteral("batchProgressDialog"));
-  setWindowTitle(texts(73));
+  setWindowTitle(texts(text::kBatch));
   entry_->setObjectName(QStringLiteral("entry"));
   before_->setObjectName(QStringLiteral("thumbnailBefore"));
   before_->setAccessibleName(texts(text::kBefore));
   after_->setObjectName(QStringLiteral("thumbnailAfter"));
   after_->setAccessibleName(texts(text::kAfter));
   bar_->setObjectName(QStringLiteral("control1008"));
-  bar_->setAccessibleName(texts(73));
+  bar_->setAccessibleName(texts(text::kBatch));
   bar_->setTextVisible(false);
   bar_->setFixedHeight(8);
-  bar_->setRange(0, 0);  // until the images are counted
+  bar_->setRange(0, 1);  // until the images are counted
+  bar_->setValue(0);
   remainingText_->clear();
   Build(texts);
   connect(&timer_, &QTimer::timeout, this, &BatchProgressDialog::Tick);
@@ -74,20 +75,26 @@ void BatchProgressDialog::Build(const Texts& texts) {
   auto* grid = new QGridLayout(this);
   grid->setContentsMargins(16, 16, 16, 16);
   grid->setSpacing(8);
-  grid->addWidget(entry_, 0, 0, 1, 2);
-  grid->addWidget(before_, 1, 0);
-  grid->addWidget(after_, 1, 1);
-  grid->addWidget(caption(text::kBefore, "captionBefore"), 2, 0, Qt::AlignHCenter);
-  grid->addWidget(caption(text::kAfter, "captionAfter"), 2, 1, Qt::AlignHCenter);
-  grid->addWidget(bar_, 3, 0, 1, 2);
-  grid->addWidget(caption(74, "control1075"), 4, 0);
-  grid->addWidget(estimateText_, 4, 1);
-  grid->addWidget(caption(75, "control1078"), 5, 0);
-  grid->addWidget(elapsedText_, 5, 1);
-  grid->addWidget(caption(text::kRemaining, "captionRemaining"), 6, 0);
-  grid->addWidget(remainingText_, 6, 1);
-  grid->addWidget(buttons, 7, 0, 1, 2);
-  grid->setRowStretch(1, 1);
+  constexpr int kGroupGap = 8;  // beside the spacing
+  int row = 0;
+  const auto pair = [&](QWidget* left, QWidget* right) {
+    grid->addWidget(left, row, 0);
+    grid->addWidget(right, row++, 1);
+  };
+  grid->addWidget(entry_, row++, 0, 1, 2);
+  grid->setRowStretch(row, 1);
+  pair(before_, after_);
+  QLabel* beforeText = caption(text::kBefore, "captionBefore");
+  QLabel* afterText = caption(text::kAfter, "captionAfter");
+  for (QLabel* label : {beforeText, afterText}) label->setAlignment(Qt::AlignCenter);
+  pair(beforeText, afterText);
+  grid->setRowMinimumHeight(row++, kGroupGap);
+  grid->addWidget(bar_, row++, 0, 1, 2);
+  pair(caption(74, "control1075"), estimateText_);
+  pair(caption(75, "control1078"), elapsedText_);
+  pair(caption(text::kRemaining, "captionRemaining"), remainingText_);
+  grid->setRowMinimumHeight(row++, kGroupGap);
+  grid->addWidget(buttons, row, 0, 1, 2);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 }
 

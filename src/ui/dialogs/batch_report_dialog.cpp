@@ -8,8 +8,10 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QLayout>
 #include <QPushButton>
 #include <QStyle>
+#include <QStyledItemDelegate>
 #include <algorithm>
 #include <utility>
 
@@ -23,14 +25,32 @@ namespace mirellon::ui {
 namespace {
 
 constexpr int kIcon = 32;
-constexpr QSize kUsual(720, 460);
+constexpr int kWidth = 720;
+constexpr int kMostRows = 14;  // seen without scrolling
+constexpr int kRowGap = 8;
+constexpr int kGroupGap = 8;  // beside the spacing
 constexpr int kFileWidth = 280;
 constexpr int kStateWidth = 110;
 
-// The key that opens a row must not press a button of the dialog as well.
+class RoomyRows : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+  [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    return QStyledItemDelegate::sizeHint(option, index) + QSize(kRowGap, kRowGap);
+  }
+};
+
+// As high as its rows, within limits; and the key that opens a row must not press a button of the dialog.
 class ReportList : public QTreeView {
  public:
   using QTreeView::QTreeView;
+
+  [[nodiscard]] QSize sizeHint() const override {
+    const int rows = std::clamp(model()->rowCount(), 3, kMostRows);
+    const int frames = 2 * frameWidth() + kRowGap;
+    return {kWidth, std::max(header()->minimumHeight(), header()->sizeHint().height()) +
+                        rows * sizeHintForRow(0) + frames};
+  }
 
  protected:
   void keyPressEvent(QKeyEvent* event) override {
@@ -63,19 +83,21 @@ BatchReportDialog::BatchReportDialog(BatchWork work, BatchOutcome outcome, const
   setWindowTitle(texts(27));
   BuildList(texts);
   Build(texts);
-  resize(model_->rowCount() > 0 ? kUsual : sizeHint());
+  resize(kWidth, layout()->totalHeightForWidth(kWidth));
 }
 
 void BatchReportDialog::BuildList(const Texts& texts) {
   list_->setObjectName(QStringLiteral("reportList"));
   list_->setAccessibleName(texts(27));
   list_->setModel(model_);
+  list_->setItemDelegate(new RoomyRows(list_));
   list_->setRootIsDecorated(false);
   list_->setUniformRowHeights(true);
   list_->setAllColumnsShowFocus(true);
   list_->setSelectionMode(QAbstractItemView::ExtendedSelection);
   list_->setTextElideMode(Qt::ElideMiddle);
   list_->setTabKeyNavigation(false);
+  list_->header()->setMinimumHeight(fontMetrics().height() + 2 * kRowGap);
   list_->header()->setSortIndicator(BatchReportModel::kState, Qt::AscendingOrder);
   list_->setSortingEnabled(true);
   list_->header()->resizeSection(BatchReportModel::kFile, kFileWidth);
@@ -118,10 +140,12 @@ void BatchReportDialog::Build(const Texts& texts) {
   grid->addWidget(icon, 0, 0, Qt::AlignTop);
   grid->addWidget(PlainLabel(texts(88), "reportText", this), 0, 1);
   grid->addWidget(PlainLabel(Summary(texts), "reportSummary", this), 1, 1);
-  grid->addWidget(list_, 2, 0, 1, 2);
-  grid->addLayout(buttons, 3, 0, 1, 2);
+  grid->setRowMinimumHeight(2, kGroupGap);
+  grid->addWidget(list_, 3, 0, 1, 2);
+  grid->setRowMinimumHeight(4, kGroupGap);
+  grid->addLayout(buttons, 5, 0, 1, 2);
   grid->setColumnStretch(1, 1);
-  grid->setRowStretch(2, 1);
+  grid->setRowStretch(3, 1);
   setMinimumWidth(480);
   close->setDefault(true);
   close->setFocus();
