@@ -21,6 +21,7 @@ target_compile_definitions(mirellon_test_window PRIVATE MIRELLON_TEST_SCREEN="${
 mirellon_add_test(ui/model/batch_outcome LINK mirellon_ui_model)
 mirellon_add_test(ui/model/thumbnail LINK mirellon_ui_model)
 mirellon_add_test(ui/background_worker LINK mirellon_test_window)
+mirellon_add_test(ui/batch_controller LINK mirellon_test_window mirellon_test_image_files PkgConfig::exiv2)
 mirellon_add_test(ui/batch_dialogs LINK mirellon_test_window)
 mirellon_add_test(ui/main_window_batch LINK mirellon_test_window mirellon_test_image_files)
 mirellon_add_test(ui/image_view LINK mirellon_test_window)
