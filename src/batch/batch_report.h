@@ -72,9 +72,9 @@ class BatchObserver {
   virtual void EntryEnded(const EntryReport& report) = 0;
   // One image more for the progress bar: comes with every photograph that was loaded, small ones included.
   virtual void ImageDone() = 0;
-  // The photograph as it was loaded, and what was made of it, before it is saved; lent for the call. The work
-  // waits meanwhile. Not in a dry run, nor of what was stopped.
-  virtual void PictureLoaded(const picture::SBxPicBuf& /*source*/) {}
+  // The photograph as it was loaded, with EXIF's orientation, and what was made of it, before it is saved;
+  // lent for the call. The work waits meanwhile. Not in a dry run, nor of what was stopped.
+  virtual void PictureLoaded(const picture::SBxPicBuf& /*source*/, int /*orientation*/) {}
   virtual void PictureDenoised(const picture::SBxPicBuf& /*result*/) {}
   // Where the picture in work shows its progress; null: nowhere. Asked once for each.
   virtual base::ProgressSink* PictureProgress() = 0;

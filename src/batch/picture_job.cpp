@@ -93,7 +93,7 @@ class PictureJob {
     observer_.EntryStarted(file_);
     if (Load()) return End(false);
     if (TooSmall()) return End(true);
-    if (!state_.options.dryRun) observer_.PictureLoaded(document_.source);
+    if (!state_.options.dryRun) observer_.PictureLoaded(document_.source, document_.orientation);
     ChooseParameters();
     if (state_.options.dryRun) {
       report_.output = imageio::WrittenName(target_);

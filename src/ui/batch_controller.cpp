@@ -7,7 +7,6 @@
 
 #include "batch/count_images.h"
 #include "batch/folder_walk.h"
-#include "imageio/orientation.h"
 #include "ui/model/thumbnail.h"
 #include "ui/thumbnail_view.h"
 
@@ -23,7 +22,7 @@ bool IsFolder(const std::filesystem::path& path) {
   return std::filesystem::is_directory(path, ignored);
 }
 
-QImage ThumbnailOf(const picture::SBxPicBuf& picture, int orientation) {
+QImage ThumbnailOf(const picture::SBxPicBuf& picture, Orientation orientation) {
   const picture::PicBuf small = MakeThumbnail(picture, ThumbnailView::kPictureSide, orientation);
   if (small.empty()) return {};
   return QImage(small->samples, small->width, small->height, small->rowStride, QImage::Format_BGR888).copy();
@@ -67,11 +66,10 @@ class BatchController::Observer : public batch::BatchObserver {
   explicit Observer(BatchController& controller) : controller_(controller) {}
 
   void EntryStarted(const std::filesystem::path& file) override {
-    file_ = file;
     Tell([this, file] { emit controller_.entryStarted(file); });
   }
-  void PictureLoaded(const picture::SBxPicBuf& source) override {
-    orientation_ = imageio::ReadOrientation(file_);
+  void PictureLoaded(const picture::SBxPicBuf& source, int orientation) override {
+    orientation_ = OrientationOf(orientation);
     Tell([this, image = ThumbnailOf(source, orientation_)] { emit controller_.loaded(image); });
   }
   void PictureDenoised(const picture::SBxPicBuf& result) override {
@@ -97,8 +95,7 @@ class BatchController::Observer : public batch::BatchObserver {
   }
 
   BatchController& controller_;
-  std::filesystem::path file_;
-  int orientation_ = imageio::kUpright;
+  Orientation orientation_ = Orientation::kUpright;
 };
 
 BatchController::BatchController(DesktopContext& context)

@@ -1,7 +1,6 @@
 #include "ui/mnemonics.h"
 
 #include <QAction>
-#include <QSet>
 
 namespace mirellon::ui {
 
@@ -31,31 +30,29 @@ qsizetype FreePlace(const QString& text, const QSet<QChar>& taken) {
   return -1;
 }
 
-QString WithMnemonic(QString text, const QString& english, QSet<QChar>& taken) {
+}  // namespace
+
+QString Mnemonics::operator()(QString text, const QString& english) {
   const qsizetype before = text.indexOf(QLatin1Char('&'));
   if (before >= 0) {
-    if (before + 1 < text.size()) taken.insert(text[before + 1].toUpper());
+    if (before + 1 < text.size()) taken_.insert(text[before + 1].toUpper());
     return text;
   }
   const bool foreign = Places(text).isEmpty();
   const QString& letters = foreign ? english : text;
-  const qsizetype place = FreePlace(letters, taken);
+  const qsizetype place = FreePlace(letters, taken_);
   if (place < 0) return text;
   const QChar letter = letters[place].toUpper();
-  taken.insert(letter);
+  taken_.insert(letter);
   if (!foreign) return text.insert(place, QLatin1Char('&'));
   const qsizetype dots = text.indexOf(QLatin1String("..."));
   return text.insert(dots < 0 ? text.size() : dots, QStringLiteral("(&%1)").arg(letter));
 }
 
-}  // namespace
-
 QStringList WithMnemonics(const QStringList& texts, const QStringList& english) {
-  QSet<QChar> taken;
+  Mnemonics mnemonics;
   QStringList marked;
-  for (qsizetype i = 0; i < texts.size(); ++i) {
-    marked.append(WithMnemonic(texts[i], english.value(i), taken));
-  }
+  for (qsizetype i = 0; i < texts.size(); ++i) marked.append(mnemonics(texts[i], english.value(i)));
   return marked;
 }
 

@@ -6,7 +6,6 @@ target_link_libraries(mirellon_test_image_files
 mirellon_add_test(imageio/load_image LINK mirellon_test_image_files)
 mirellon_add_test(imageio/exif_texts LINK mirellon_imageio)
 mirellon_add_test(imageio/exif_summary LINK mirellon_test_image_files PkgConfig::exiv2)
-mirellon_add_test(imageio/orientation LINK mirellon_test_image_files PkgConfig::exiv2)
 mirellon_add_test(imageio/file_headers LINK mirellon_test_image_files)
 mirellon_add_test(imageio/save_names LINK mirellon_imageio)
 mirellon_add_test(imageio/photo_metadata LINK mirellon_test_image_files PkgConfig::exiv2)

@@ -18,8 +18,9 @@ namespace fs = std::filesystem;
 class BatchControllerTest : public ::testing::Test {
  protected:
   BatchControllerTest() {
-    QObject::connect(&controller, &BatchController::entryStarted,
-                     [this](const fs::path& file) { heard.push_back(file.filename().string().insert(0, 1, '+')); });
+    QObject::connect(&controller, &BatchController::entryStarted, [this](const fs::path& file) {
+      heard.push_back(file.filename().string().insert(0, 1, '+'));
+    });
     QObject::connect(&controller, &BatchController::loaded,
                      [this](const QImage& image) { heard.push_back("loaded " + SizeOf(image)); });
     QObject::connect(&controller, &BatchController::denoised,

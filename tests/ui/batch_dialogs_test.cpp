@@ -13,7 +13,6 @@
 #include "ui/dialogs/batch_options_dialog.h"
 #include "ui/dialogs/batch_progress_dialog.h"
 #include "ui/dialogs/batch_report_dialog.h"
-#include "ui/dialogs/mnemonics.h"
 #include "ui/local_url.h"
 #include "ui/opened_folders.h"
 
@@ -253,16 +252,6 @@ TEST_F(BatchDialogsTest, EveryControlHasANameAndAKey) {
   for (const char* name : {"control1008", "control1009", "control1010", "remaining", "thumbnailBefore"}) {
     EXPECT_FALSE(progress.findChild<QWidget*>(name)->accessibleName().isEmpty()) << name;
   }
-}
-
-TEST(MnemonicsTest, AreUniqueWhereTheyCanBe) {
-  Mnemonics mnemonics;
-  EXPECT_EQ(mnemonics("Copy List"), "&Copy List");
-  EXPECT_EQ(mnemonics("Close"), "C&lose");
-  EXPECT_EQ(mnemonics("Cancel List"), "C&ancel List");
-  EXPECT_EQ(mnemonics("C"), "C");
-  EXPECT_EQ(mnemonics("&Marked"), "&Marked");
-  EXPECT_EQ(mnemonics(QString::fromUtf8("閉じる")), QString::fromUtf8("閉じる"));
 }
 
 TEST(LocalUrlTest, KeepsEveryByte) {

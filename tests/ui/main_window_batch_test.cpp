@@ -96,7 +96,7 @@ class MainWindowBatchTest : public ::testing::Test {
     QApplication::sendEvent(harness.window.get(), &drop);
   }
 
-  WindowHarness harness{WindowHarness::Ask::kUser};
+  WindowHarness harness{{}, WindowHarness::Ask::kUser};
   ModalUser user;
 };
 

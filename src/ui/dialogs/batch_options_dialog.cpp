@@ -5,7 +5,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "ui/dialogs/mnemonics.h"
+#include "ui/mnemonics.h"
 
 namespace mirellon::ui {
 

@@ -9,8 +9,8 @@
 
 #include "base/text.h"
 #include "batch/time_estimate.h"
-#include "ui/dialogs/mnemonics.h"
 #include "ui/elided_label.h"
+#include "ui/mnemonics.h"
 
 namespace mirellon::ui {
 

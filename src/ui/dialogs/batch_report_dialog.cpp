@@ -17,8 +17,8 @@
 
 #include "base/text.h"
 #include "batch/folder_walk.h"
-#include "ui/dialogs/mnemonics.h"
 #include "ui/local_url.h"
+#include "ui/mnemonics.h"
 
 namespace mirellon::ui {
 

@@ -61,50 +61,9 @@ void Shrink(const SBxPicBuf& source, SBxPicBuf& small) {
   }
 }
 
-// Where the upright pixel (x, y) lies in a stored picture of that size.
-std::pair<int, int> StoredAt(int x, int y, int width, int height, int orientation) {
-  const int right = width - 1;
-  const int bottom = height - 1;
-  switch (orientation) {
-    case 2:
-      return {right - x, y};
-    case 3:
-      return {right - x, bottom - y};
-    case 4:
-      return {x, bottom - y};
-    case 5:
-      return {y, x};
-    case 6:
-      return {y, bottom - x};
-    case 7:
-      return {right - y, bottom - x};
-    case 8:
-      return {right - y, x};
-    default:
-      return {x, y};
-  }
-}
-
-PicBuf Turned(PicBuf stored, int orientation) {
-  if (orientation < 2 || orientation > 8) return stored;
-  const bool sideways = orientation >= 5;
-  PicBuf upright(sideways ? stored->height : stored->width, sideways ? stored->width : stored->height,
-                 kComponents, 8);
-  if (upright.empty()) return upright;
-  for (int y = 0; y < upright->height; ++y) {
-    auto* to = Row<std::uint8_t>(upright.record(), y);
-    for (int x = 0; x < upright->width; ++x, to += kComponents) {
-      const auto [column, row] = StoredAt(x, y, stored->width, stored->height, orientation);
-      std::copy_n(Row<std::uint8_t>(stored.record(), row) + std::ptrdiff_t{column} * kComponents, kComponents,
-                  to);
-    }
-  }
-  return upright;
-}
-
 }  // namespace
 
-PicBuf MakeThumbnail(const SBxPicBuf& source, int side, int orientation) {
+PicBuf MakeThumbnail(const SBxPicBuf& source, int side, Orientation orientation) {
   const bool known = (source.bitsPerComponent == 8 || source.bitsPerComponent == 16) &&
                      (source.components == 1 || source.components == kComponents);
   if (source.samples == nullptr || !known || side < 1) return {};
@@ -119,7 +78,7 @@ PicBuf MakeThumbnail(const SBxPicBuf& source, int side, int orientation) {
   } else {
     Shrink<std::uint16_t>(source, small);
   }
-  return Turned(std::move(small), orientation);
+  return orientation == Orientation::kUpright ? std::move(small) : Upright(orientation, small.record());
 }
 
 }  // namespace mirellon::ui
