@@ -8,7 +8,8 @@
 
 namespace mirellon::gpu {
 
-// Where a context may come from. kAny tries devices that are hardware, then the others in this order.
+// Where a context may come from. kAny tries all in this order, first those on hardware, then those in
+// software, until one gives a context that can be made current.
 enum class EglSource { kAny, kSurfaceless, kDevice, kPbuffer };
 
 // `library` is loaded when the device is opened, so that a machine without it merely has no card.
