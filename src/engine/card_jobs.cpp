@@ -45,7 +45,9 @@ CardAnswer FilterPlaneOnCard(EngineContext& context, PicBuf& plane, const PlaneJ
   if (result.empty()) return GiveUp(context, CardFault::kFailed);
   PlaneJob apart = job;
   apart.destination = &result.record();
-  apart.noiseLevel = EffectiveNoiseLevel(settings.noiseLevel, settings.dynamics, *job.guide);
+  if (context.card->ReadsNoiseLevels()) {
+    apart.noiseLevel = EffectiveNoiseLevel(settings.noiseLevel, settings.dynamics, *job.guide);
+  }
   apart.control = &context.control;
   if (context.card->FilterPlane(apart)) return GiveUp(context, CardFault::kFailed);
   if (context.control.Aborted()) return CardAnswer::kDone;
@@ -77,8 +79,10 @@ CardAnswer FilterColourOnCard(EngineContext& context, const std::array<PicBuf*, 
     job.source[c] = &plane.record();
     job.guide[c] = deep ? &guides[c].record() : &plane.record();
   }
-  job.noiseLevel = EffectiveNoiseLevel(request.noiseLevels[0], request.dynamics, *job.guide[0]);
-  job.noiseLevelChroma = EffectiveNoiseLevel(request.noiseLevels[1] * 2.0, request.dynamics, *job.guide[1]);
+  if (context.card->ReadsNoiseLevels()) {
+    job.noiseLevel = EffectiveNoiseLevel(request.noiseLevels[0], request.dynamics, *job.guide[0]);
+    job.noiseLevelChroma = EffectiveNoiseLevel(request.noiseLevels[1] * 2.0, request.dynamics, *job.guide[1]);
+  }
   if (context.card->FilterColour(job)) return GiveUp(context, CardFault::kFailed);
   if (context.control.Aborted()) return CardAnswer::kDone;
   const bool sampling = !context.cardRun.sampled;

@@ -14,7 +14,7 @@ struct PlaneSettings {
   std::uint32_t quality = 2;
   double dynamics = 0.0;
   base::ProgressSink* progressWindow = nullptr;
-  double noiseLevel = -1.0;  // negative: estimated from the plane; only a card reads it
+  double noiseLevel = -1.0;  // negative: estimated from the plane; for a card that reads it
   bool useGpu = false;
   std::uint32_t threads = 1;  // at most 16 are used
 };
@@ -37,8 +37,8 @@ struct PlaneSettings {
 [[nodiscard]] int DenoisePlane(EngineContext& context, picture::SBxPicBuf& destination,
                                picture::SBxPicBuf& source, const PlaneSettings& settings);
 
-// The noise level that a card is given. A given level above 0 is divided by |2 dynamics| / 20 + 1; an
-// estimate (given < 0) and 0 are not.
+// The noise level that a card is given which reads it: no kernel does. A given level above 0 is divided by |2
+// dynamics| / 20 + 1; an estimate (given < 0) and 0 are not.
 [[nodiscard]] double EffectiveNoiseLevel(double given, double dynamics, const picture::SBxPicBuf& guide);
 
 }  // namespace mirellon::engine

@@ -153,6 +153,10 @@ int DenoiseColour(EngineContext& context, const DenoiseRequest& request, const S
     if (plane.Allocate({0, 0, input.width, input.height}, input.bitsPerComponent)) return 1;
   }
   bytes ? SplitColour<std::uint8_t>(input, yuv) : SplitColour<std::uint16_t>(input, yuv);
+  // The large-scale pass sees all of the region.
+  for (PartPlane& plane : yuv) {
+    if (!LargePass(request) && plane.Shrink(needed)) return 1;
+  }
   // A card filters all three at once.
   bool filtered = false;
   if (request.useGpu) {
@@ -165,8 +169,6 @@ int DenoiseColour(EngineContext& context, const DenoiseRequest& request, const S
   const PlaneSettings settings = SettingsOf(request, request.strength, request.noiseLevels[0]);
   int failed = filtered ? 0 : FilterPaddedPlane(context, yuv[0].plane, settings);
   for (std::size_t c = 1; c <= 2 && failed == 0 && !context.control.Aborted(); ++c) {
-    // The large-scale pass sees all of the region.
-    if (!LargePass(request) && yuv[c].Shrink(needed)) return 1;
     failed = FilterChrominance(context, request, yuv[c], filtered);
   }
   if (failed != 0 || context.control.Aborted()) return failed;
@@ -207,9 +209,9 @@ int DenoiseRegion(EngineContext& context, const DenoiseRequest& request, const S
     if (cleaned.empty()) return 1;
     input = cleaned.record();
   }
-  // A card's noise level is that of the whole region.
+  const bool wholeRegion = request.useGpu && context.card != nullptr && context.card->ReadsNoiseLevels();
   const CBxRect<int> needed =
-      request.useGpu ? CBxRect<int>{0, 0, input.width, input.height} : NeededFor(wanted, input);
+      wholeRegion ? CBxRect<int>{0, 0, input.width, input.height} : NeededFor(wanted, input);
   const bool colour = request.colour && source.components == 3;
   const int failed = colour ? DenoiseColour(context, request, input, wanted, needed, output)
                             : DenoiseComponents(context, request, input, wanted, needed, output);

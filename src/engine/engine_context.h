@@ -23,8 +23,8 @@ struct PlaneJob {
   std::uint32_t quality = 0;
   double dynamicity = 0.0;                       // twice m_dDynamics
   base::ProgressSink* progressWindow = nullptr;  // null: no progress
-  double noiseLevel = 0.0;  // the effective one; only a card reads it, and only one is given it
-  const base::RunControl* control = nullptr;  // only a card is given one; null: never aborted
+  double noiseLevel = 0.0;                       // the effective one, for a card that reads it
+  const base::RunControl* control = nullptr;     // only a card is given one; null: never aborted
 };
 
 // The three planes of a colour picture for a card, Y, U and V, each as above. The guides have 8 bits.
@@ -52,6 +52,8 @@ class CardFilter {
 
   [[nodiscard]] virtual bool HardwareUsable() const = 0;
   [[nodiscard]] virtual int MaxTileSide() const = 0;  // pixels
+  // Whether jobs need noise levels. They are those of a whole region, which is then filtered whole.
+  [[nodiscard]] virtual bool ReadsNoiseLevels() const { return false; }
   // True = failed; the processor then filters the planes. An aborted job is not failed; its destination is
   // left as it was. The progress advances by one for each displacement.
   [[nodiscard]] virtual bool FilterPlane(const PlaneJob& job) = 0;

@@ -157,8 +157,9 @@ void GpuFilter::CompilePrograms() {
   (void)TakeErrors();
   glGenFramebuffersEXT(1, &framebuffer_);
   textures_.Generate();
-  const bool refused = programs_.Compile(err_);
+  const bool refused = programs_.Compile(options_.texts, err_);
   glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, framebuffer_);
+  programs_.LookUpUniforms();
   glPixelStorei(GL_PACK_ALIGNMENT, 1);
   glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
   accumulatorPhase_ = true;
@@ -200,16 +201,16 @@ bool GpuFilter::Upload(const SBxPicBuf& source, const SBxPicBuf& guide, int widt
   tileDepth_ = depth;
   if (std::max(tile_.PaddedWidth(), tile_.PaddedHeight()) > info_.maxTextureSide) return true;
   (void)TakeErrors();
-  textures_.Shape(tile_);
+  if (textures_.Shape(tile_)) return true;
   // A guide that is the source need not go up twice.
   const bool shared = &guide == &source && channels == 3 && components == 3;
   guideTexture_ = shared ? kSource : kGuide;
   try {
-    TexelsOf(source, 3, staging_);
-    textures_.Fill(kSource, staging_);
+    TexelsOf(source, staging_);
+    textures_.Fill(kSource, staging_, components);
     if (!shared) {
-      TexelsOf(guide, channels, staging_);
-      textures_.Fill(kGuide, staging_);
+      TexelsOf(guide, staging_);
+      textures_.Fill(kGuide, staging_, channels);
     }
   } catch (const std::bad_alloc&) {
     return true;
@@ -244,13 +245,16 @@ bool GpuFilter::ReadBack(SBxPicBuf& destination) {
   passes_.Divide(SumTexturesOf(accumulatorPhase_));
   try {
     // A lost context writes nothing: what is there by then must not pass for a result.
-    staging_.assign(static_cast<std::size_t>(tile_.width) * static_cast<std::size_t>(tile_.height) * 3,
+    staging_.assign(static_cast<std::size_t>(tile_.width) * static_cast<std::size_t>(tile_.height) *
+                        static_cast<std::size_t>(tileComponents_),
                     std::numeric_limits<float>::quiet_NaN());
   } catch (const std::bad_alloc&) {
     return true;
   }
   glReadBuffer(GL_COLOR_ATTACHMENT0_EXT);
-  glReadPixels(0, 0, tile_.width, tile_.height, GL_BGR, GL_FLOAT, staging_.data());
+  // All channels of a grey tile are alike; component 0 lies in z.
+  const GLenum read = tileComponents_ == 1 ? GL_BLUE : GL_BGR;
+  glReadPixels(0, 0, tile_.width, tile_.height, read, GL_FLOAT, staging_.data());
   Passes::Finish();
   if (TakeErrors()) {
     textures_.Forget();

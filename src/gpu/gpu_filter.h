@@ -33,8 +33,10 @@ struct CardInfo {
   int maxTextureSide = 0;                                   // texels
 };
 
+// For tests of what only some drivers do.
 struct FilterOptions {
   bool withoutLuminance = false;  // never use luminance textures
+  ProgramTexts texts = kProgramTexts;
 };
 
 // The context is current on a thread only while that thread runs Initialise, a Job or the destructor, so the

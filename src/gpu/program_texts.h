@@ -9,6 +9,7 @@ namespace mirellon::gpu {
 inline constexpr std::size_t kProgramCount = 16;
 
 // By slot (see programs.h).
-extern const std::array<const char*, kProgramCount> kProgramTexts;
+using ProgramTexts = std::array<const char*, kProgramCount>;
+extern const ProgramTexts kProgramTexts;
 
 }  // namespace mirellon::gpu

@@ -75,9 +75,8 @@ std::span<const Program> CompileOrder() {
   return kCompileOrder;
 }
 
-bool Programs::Make(Program program, std::ostream& log) {
+bool Programs::Make(Program program, const char* text, std::ostream& log) {
   const std::size_t slot = SlotOf(program);
-  const char* text = TextOf(program);
   shaders_[slot] = glCreateShaderObjectARB(GL_FRAGMENT_SHADER_ARB);
   glShaderSourceARB(shaders_[slot], 1, &text, nullptr);
   glCompileShaderARB(shaders_[slot]);
@@ -94,9 +93,13 @@ bool Programs::Make(Program program, std::ostream& log) {
   return failed;
 }
 
-bool Programs::Compile(std::ostream& log) {
+bool Programs::Compile(const ProgramTexts& texts, std::ostream& log) {
   bool failed = false;
-  for (const Program program : kCompileOrder) failed |= Make(program, log);
+  for (const Program program : kCompileOrder) failed |= Make(program, texts[SlotOf(program)], log);
+  return failed;
+}
+
+void Programs::LookUpUniforms() {
   for (const Program program : kLookUpOrder) {
     const std::size_t slot = SlotOf(program);
     for (std::size_t i = 0; i < InfoOf(program).uniforms.size(); ++i) {
@@ -104,7 +107,6 @@ bool Programs::Compile(std::ostream& log) {
       if (name != nullptr) locations_[slot][i] = glGetUniformLocationARB(programs_[slot], name);
     }
   }
-  return failed;
 }
 
 void Programs::Release() {

@@ -44,9 +44,11 @@ struct ProgramInfo {
 // Names of GL objects: every function but the constructor needs the context that they belong to.
 class Programs {
  public:
-  // Compiles and links all of them. True = failed: a program did not link; its log and text go to `log`. What
+  // Compiles and links all of them. True = failed: a program was refused; its log and text go to `log`. What
   // was made by then is kept until Release.
-  [[nodiscard]] bool Compile(std::ostream& log);
+  [[nodiscard]] bool Compile(const ProgramTexts& texts, std::ostream& log);
+  // Finds their uniforms, once they are linked.
+  void LookUpUniforms();
   void Release();
 
   void Use(Program program) const;
@@ -59,7 +61,7 @@ class Programs {
   [[nodiscard]] std::int32_t Location(Program program, std::size_t uniform) const;
 
  private:
-  [[nodiscard]] bool Make(Program program, std::ostream& log);
+  [[nodiscard]] bool Make(Program program, const char* text, std::ostream& log);
 
   std::array<std::uint32_t, kProgramSlots> shaders_{};
   std::array<std::uint32_t, kProgramSlots> programs_{};

@@ -16,20 +16,13 @@ using picture::SBxPicBuf;
 constexpr float kDeepScale = 0.00390625F;  // 1/256
 
 template <typename T>
-void Convert(const SBxPicBuf& picture, int channels, float scale, std::vector<float>& texels) {
+void Convert(const SBxPicBuf& picture, float scale, std::vector<float>& texels) {
   float* to = texels.data();
-  const bool replicate = picture.components == 1 && channels == 3;
+  const std::ptrdiff_t samples = std::ptrdiff_t{picture.width} * picture.components;
   for (int y = 0; y < picture.height; ++y) {
     const T* from = Row<T>(picture, y);
-    const std::ptrdiff_t samples = std::ptrdiff_t{picture.width} * picture.components;
-    if (!replicate) {
-      to = std::transform(from, from + samples, to,
-                          [scale](T sample) { return static_cast<float>(sample) * scale; });
-      continue;
-    }
-    for (std::ptrdiff_t x = 0; x < samples; ++x) {
-      to = std::fill_n(to, 3, static_cast<float>(from[x]) * scale);
-    }
+    to = std::transform(from, from + samples, to,
+                        [scale](T sample) { return static_cast<float>(sample) * scale; });
   }
 }
 
@@ -37,26 +30,28 @@ void Convert(const SBxPicBuf& picture, int channels, float scale, std::vector<fl
 template <typename T>
 bool Convert(const std::vector<float>& texels, float scale, float largest, SBxPicBuf& picture) {
   const float* from = texels.data();
+  const std::ptrdiff_t samples = std::ptrdiff_t{picture.width} * picture.components;
+  bool bad = false;
   for (int y = 0; y < picture.height; ++y) {
     T* to = Row<T>(picture, y);
-    for (int x = 0; x < picture.width; ++x, from += 3) {
-      for (std::ptrdiff_t c = 0; c < picture.components; ++c) {
-        const float rounded = from[c] * scale + 0.5F;
-        if (!(rounded >= 0.0F)) return true;  // also what is not a number
-        *to++ = static_cast<T>(std::min(rounded, largest));
-      }
+    for (std::ptrdiff_t i = 0; i < samples; ++i) {
+      const float rounded = from[i] * scale + 0.5F;
+      const bool good = rounded >= 0.0F;  // what is not a number is not
+      bad |= !good;
+      to[i] = static_cast<T>(good ? std::min(rounded, largest) : 0.0F);
     }
+    from += samples;
   }
-  return false;
+  return bad;
 }
 
 }  // namespace
 
-void TexelsOf(const SBxPicBuf& picture, int channels, std::vector<float>& texels) {
+void TexelsOf(const SBxPicBuf& picture, std::vector<float>& texels) {
   texels.resize(static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height) *
-                static_cast<std::size_t>(channels));
-  picture.bitsPerComponent == 8 ? Convert<std::uint8_t>(picture, channels, 1.0F, texels)
-                                : Convert<std::uint16_t>(picture, channels, kDeepScale, texels);
+                static_cast<std::size_t>(picture.components));
+  picture.bitsPerComponent == 8 ? Convert<std::uint8_t>(picture, 1.0F, texels)
+                                : Convert<std::uint16_t>(picture, kDeepScale, texels);
 }
 
 bool SamplesOf(const std::vector<float>& texels, SBxPicBuf& picture) {

@@ -81,23 +81,28 @@ const TexelFormat& TileTextures::FormatOf(std::size_t texture) const {
   return shapes_[texture].channels == 1 ? formats_.one : formats_.three;
 }
 
-void TileTextures::Shape(const TileGeometry& geometry) {
-  if (geometry == geometry_) return;
+bool TileTextures::Shape(const TileGeometry& geometry) {
+  if (geometry == geometry_) return false;
   geometry_ = geometry;
-  for (std::size_t texture = 0; texture < kTextureCount; ++texture) {
+  bool failed = false;
+  for (std::size_t texture = 0; texture < kTextureCount && !failed; ++texture) {
     shapes_[texture] = ShapeOf(texture, geometry);
     if (texture == kWeights && formats_.oneIsRed) shapes_[texture].channels = 3;
     glBindTexture(GL_TEXTURE_2D, names_[texture]);
     SetSampling();
     Create(FormatOf(texture), shapes_[texture].width, shapes_[texture].height);
+    failed = glGetError() != GL_NO_ERROR;
   }
   glBindTexture(GL_TEXTURE_2D, 0);
+  if (failed) Forget();
+  return failed;
 }
 
-void TileTextures::Fill(std::size_t texture, const std::vector<float>& texels) const {
+void TileTextures::Fill(std::size_t texture, const std::vector<float>& texels, int channels) const {
+  const GLenum data = channels == 1 && shapes_[texture].channels == 3 ? GL_LUMINANCE : FormatOf(texture).data;
   glBindTexture(GL_TEXTURE_2D, names_[texture]);
-  glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, shapes_[texture].width, shapes_[texture].height,
-                  FormatOf(texture).data, GL_FLOAT, texels.data());
+  glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, shapes_[texture].width, shapes_[texture].height, data, GL_FLOAT,
+                  texels.data());
   glBindTexture(GL_TEXTURE_2D, 0);
 }
 

@@ -68,13 +68,15 @@ class TileTextures {
   // the red one at once. The frame buffer object must be bound. True = failed: there are none.
   [[nodiscard]] bool ChooseFormats(bool withoutLuminance);
 
-  // Makes the textures of a tile, unless they have its sizes already; contents undefined.
-  void Shape(const TileGeometry& geometry);
+  // Makes the textures of a tile, unless they have its sizes already; contents undefined. True = failed: the
+  // card has no room for them; they are made anew next time.
+  [[nodiscard]] bool Shape(const TileGeometry& geometry);
   // Makes them anew next time.
   void Forget() { geometry_ = {}; }
 
-  // Rows of the texture's size without gaps; three channels in the order z, y, x.
-  void Fill(std::size_t texture, const std::vector<float>& texels) const;
+  // Rows of the texture's size without gaps, `channels` numbers a texel: three in the order z, y, x; one goes
+  // into all channels that there are.
+  void Fill(std::size_t texture, const std::vector<float>& texels, int channels) const;
 
   void Bind(std::size_t texture, int unit) const;
   [[nodiscard]] std::uint32_t Name(std::size_t texture) const { return names_[texture]; }

@@ -74,6 +74,20 @@ TEST(CardJobs, ACardThatTakesNoTilesIsNotUsed) {
   }
 }
 
+// The margin is for the large-scale pass and for noise levels, which few cards read.
+TEST(CardJobs, TheCardGetsNoMoreOfATileThanItNeeds) {
+  EngineContext context;
+  const PicBuf expected = Denoised(context, false);
+  for (const bool readsNoiseLevels : {false, true}) {
+    FakeCard card;
+    card.readsNoiseLevels = readsNoiseLevels;
+    context.card = &card;
+    EXPECT_TRUE(test::SamePicture(Denoised(context, true), expected));
+    EXPECT_EQ(card.widths, readsNoiseLevels ? (std::vector{1050, 150}) : (std::vector{1016, 116}));
+    EXPECT_EQ(card.colours[1].noiseLevel > 0.0, readsNoiseLevels);
+  }
+}
+
 TEST(CardJobs, AnAbortOnTheCardLeavesThePicture) {
   EngineContext context;
   FakeCard card;

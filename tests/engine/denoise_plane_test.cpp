@@ -25,10 +25,11 @@ PicBuf Filtered(CardFilter* card) {
 
 TEST(DenoisePlane, HandsTheCardPaddedPicturesItsGuideAndTheDoubledDynamics) {
   FakeCard card;
+  card.readsNoiseLevels = true;
   const PicBuf result = Filtered(&card);
   const PicBuf source = test::PhotoLikePicture(21, 15, 1, 16, 1);
   ASSERT_EQ(card.planes.size(), 1U);
-  EXPECT_EQ(card.width, 22);
+  EXPECT_EQ(card.widths, std::vector{22});
   EXPECT_EQ(card.guideSample, test::Sample(source, 0, 0) >> 8U);
   EXPECT_DOUBLE_EQ(card.planes[0].dynamicity, 1.0);
   EXPECT_DOUBLE_EQ(card.planes[0].noiseLevel, 3.0 / 1.05);
@@ -58,6 +59,7 @@ TEST(DenoisePlane, TheCardGetsAllPlanesAtOnceWithTwiceTheNoiseLevelOfChrominance
   PicBuf source = test::PhotoLikePicture(20, 16, 3, 8, 5);
   PicBuf result;
   FakeCard card;
+  card.readsNoiseLevels = true;
   EngineContext context;
   context.card = &card;
   DenoiseRequest request{&result.record(), &source.record()};

@@ -16,9 +16,11 @@ struct FakeCard : public engine::CardFilter {
   [[nodiscard]] bool HardwareUsable() const override { return usable; }
   [[nodiscard]] int MaxTileSide() const override { return maxTileSide; }
 
+  [[nodiscard]] bool ReadsNoiseLevels() const override { return readsNoiseLevels; }
+
   [[nodiscard]] bool FilterPlane(const engine::PlaneJob& job) override {
     planes.push_back(job);
-    width = job.source->width;
+    widths.push_back(job.source->width);
     guideSample = Sample(*job.guide, 0, 0);
     if (Begin()) return true;
     Filter(*job.destination, *job.source, *job.guide, job.strength, job.quality, job.dynamicity);
@@ -27,6 +29,7 @@ struct FakeCard : public engine::CardFilter {
 
   [[nodiscard]] bool FilterColour(const engine::ColourJob& job) override {
     colours.push_back(job);
+    widths.push_back(job.source[0]->width);
     if (Begin()) return true;
     for (std::size_t c = 0; c < 3; ++c) {
       const double strength = c == 0 ? job.strength : job.strengthChroma;
@@ -38,13 +41,14 @@ struct FakeCard : public engine::CardFilter {
   Way way = Way::kRight;
   int wrongFrom = 0;  // the first job, counted from 0, that goes that way
   bool usable = true;
+  bool readsNoiseLevels = false;
   int maxTileSide = 1000;
   std::function<void(int)> onJob = [](int) {};  // gets the job's number
 
   // What it was given; the pictures are gone.
   std::vector<engine::PlaneJob> planes;
   std::vector<engine::ColourJob> colours;
-  int width = 0;
+  std::vector<int> widths;
   unsigned guideSample = 0;
   int jobs = 0;
 

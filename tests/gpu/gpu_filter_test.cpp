@@ -221,10 +221,50 @@ TEST(GpuFilter, RefusesWhatDoesNotFitAndGoesOn) {
   EXPECT_TRUE(test::SamePicture(result, test::ConstantPicture(side - 12, 2, 1, 8, 9)));
 }
 
+// The driver says that textures of this size may be, and then has no room for them.
+TEST(GpuFilter, ACardWithoutRoomRefusesTheTileAndGoesOn) {
+  test::OpenCard card;
+  ASSERT_USABLE(card);
+  const int side = card.filter.info().maxTextureSide;
+  const picture::PicBuf small = test::RandomPicture(24, 20, 1, 8, 1);
+  picture::PicBuf expected(12, 8, 1, 8);
+  picture::PicBuf result(12, 8, 1, 8);
+  ASSERT_FALSE(FilterOnce(card.filter, small, expected));
+  const picture::PicBuf large(side, side, 1, 8);
+  ASSERT_FALSE(large.empty());
+  for (int run = 0; run < 2; ++run) {
+    EXPECT_TRUE(FilterOnce(card.filter, large, result));
+    EXPECT_FALSE(FilterOnce(card.filter, small, result));
+    EXPECT_TRUE(test::SamePicture(result, expected));
+  }
+  EXPECT_TRUE(card.filter.hardwareUsable());
+}
+
+TEST(GpuFilter, ARefusedProgramIsToldWithItsLogAndText) {
+  FilterOptions options;
+  options.texts[static_cast<std::size_t>(Program::kBox9Three)] = "void main() { nobodyKnowsThis(); }\n";
+  options.texts[static_cast<std::size_t>(Program::kAdd)] = "void notMain() {}\n";  // compiles, does not link
+  test::OpenCard card(options);
+  EXPECT_FALSE(card.filter.hardwareUsable());
+  EXPECT_EQ(card.filter.info().refusal, "the graphics driver refuses the filter's programs");
+  const std::string lines = card.lines.str();
+  const std::size_t box = lines.find("The graphics card refuses the program BOX9_3:\n");
+  const std::size_t add = lines.find("The graphics card refuses the program ADD:\n");
+  ASSERT_TRUE(box < add && add < lines.size()) << lines;
+  const std::string log = lines.substr(box, add - box);
+  EXPECT_LT(log.find("nobodyKnowsThis"), log.rfind("nobodyKnowsThis"))
+      << log;  // in its log, then in its text
+  EXPECT_TRUE(lines.ends_with("\nvoid notMain() {}\n")) << lines;
+  EXPECT_EQ(card.filter.framebuffer() + card.filter.textures().names()[0], 0U);
+  EXPECT_EQ(card.filter.programs().programs(), (std::array<std::uint32_t, kProgramSlots>{}));
+  EXPECT_TRUE(GpuFilter::Job(card.filter).failed());
+  EXPECT_EQ(card.windows.shown, Texts());
+}
+
 TEST(SampleTransfer, RoundsHalfUpHoldsTheDepthAndRefusesWhatIsNoNumber) {
   picture::PicBuf bytes(4, 1, 1, 8);
   picture::PicBuf words(1, 1, 3, 16);
-  EXPECT_FALSE(SamplesOf({0.49F, 7, 7, 0.5F, 7, 7, 254.5F, 7, 7, 300.0F, 7, 7}, bytes));
+  EXPECT_FALSE(SamplesOf({0.49F, 0.5F, 254.5F, 300.0F}, bytes));
   EXPECT_TRUE(test::SamePicture(bytes, test::MadeOf(4, 1, 1, 8, [](int x, int, int) {
                                   return std::array{0U, 1U, 255U, 255U}.at(static_cast<std::size_t>(x));
                                 })));

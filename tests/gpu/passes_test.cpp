@@ -200,7 +200,7 @@ TEST(TileTextures, HaveTheirShapesAndStayWhileTheTileDoes) {
   const GpuFilter::Job job(card.filter);
   const picture::PicBuf tile = test::RandomPicture(26, 22, 1, 8, 1);
   ASSERT_FALSE(card.filter.Upload(tile, tile, 14, 10, 1, kMargin, 1, 8));
-  card.filter.textures().Fill(kSpare, std::vector<float>(std::size_t{26} * 22, 5.0F));
+  card.filter.textures().Fill(kSpare, std::vector<float>(std::size_t{26} * 22, 5.0F), 1);
   ASSERT_FALSE(card.filter.Upload(tile, tile, 14, 10, 1, kMargin, 1, 8));
   EXPECT_EQ(Read(card.filter, kSpare)(3, 3)[0], 5.0F);
   const picture::PicBuf other = test::RandomPicture(28, 22, 1, 8, 1);
