@@ -41,6 +41,8 @@ struct FilterOptions {
 
 // The context is current on a thread only while that thread runs Initialise, a Job or the destructor, so the
 // object may be made on one thread, used on others and destroyed on a third, one at a time.
+// Another context that is current on the thread is no longer so afterwards; one of another window system (GLX
+// beside EGL) must be released before, or these steps fail.
 class GpuFilter {
  public:
   // `windows` shows what goes wrong with the context (on the thread where it does); null: nobody. GLEW's

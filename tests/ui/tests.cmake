@@ -37,3 +37,17 @@ add_test(NAME ui/end_to_end
 set_tests_properties(ui/end_to_end PROPERTIES TIMEOUT 300)
 mirellon_add_card_test(ui/desktop_card LINK mirellon_test_window)
 target_compile_definitions(ui_languages_test PRIVATE MIRELLON_RESOURCES="${CMAKE_SOURCE_DIR}/resources")
+
+# Qt's offscreen platform has OpenGL only where an X display is.
+if(NOT MIRELLON_SANITIZE MATCHES "thread")
+  find_program(MIRELLON_XVFB_RUN xvfb-run)
+  add_executable(ui_card_beside_qt_test ui/card_beside_qt_test.cpp)
+  target_link_libraries(ui_card_beside_qt_test PRIVATE
+    mirellon_test_support mirellon_gpu Qt6::Gui GTest::gtest mirellon_warnings)
+  set(launcher)
+  if(MIRELLON_XVFB_RUN)
+    set(launcher ${MIRELLON_XVFB_RUN} -a)
+  endif()
+  add_test(NAME ui/card_beside_qt COMMAND ${launcher} $<TARGET_FILE:ui_card_beside_qt_test>)
+  mirellon_card_environment(ui/card_beside_qt)
+endif()
