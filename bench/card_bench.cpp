@@ -43,7 +43,7 @@ class TileOnCard {
  public:
   TileOnCard(GpuFilter& filter, int channels)
       : job_(filter),
-        geometry_{kSide, kSide, engine::CardMargin(1), channels},
+        geometry_{kSide, kSide, engine::CardMargin(kSide, kSide, 1), channels},
         source_(bench::NoisyPicture(geometry_.PaddedWidth(), geometry_.PaddedHeight(), channels, 8)),
         failed_(job_.failed() ||
                 filter.Upload(source_, source_, kSide, kSide, channels, geometry_.margin, channels, 8)) {}
@@ -104,7 +104,7 @@ void RunPass(benchmark::State& state, GpuFilter& filter, const Pass& pass, int c
 }
 
 void RunUpload(benchmark::State& state, GpuFilter& filter, int components, int bits) {
-  const gpu::TileGeometry geometry = {kSide, kSide, engine::CardMargin(1), components};
+  const gpu::TileGeometry geometry = {kSide, kSide, engine::CardMargin(kSide, kSide, 1), components};
   const PicBuf source =
       bench::NoisyPicture(geometry.PaddedWidth(), geometry.PaddedHeight(), components, bits);
   PicBuf guide;

@@ -9,6 +9,7 @@
 #include "engine/mirror_border.h"
 #include "engine/picture_view.h"
 #include "engine/similarity_kernel.h"
+#include "engine/work_picture.h"
 #include "picture/pic_buf.h"
 
 namespace mirellon::engine {
@@ -63,15 +64,16 @@ bool WalkDisplacements(GpuFilter& filter, const Job& job, const WeightSettings& 
 
 }  // namespace
 
-int CardMargin(std::uint32_t quality) {
+int CardMargin(int width, int height, std::uint32_t quality) {
   // A patch reaches 3 pixels beyond its pixel, and its partner half a window further.
-  const int border = SearchWindow(quality) / 2 + 3;
-  return border + border % 2 - 3;
+  const int half = SearchWindow(quality) / 2;
+  const int border = half + 3;
+  return border + (border + BorderOf(width, height, half)) % 2 - 3;
 }
 
 bool GpuCard::FilterPlane(const PlaneJob& job) {
-  const int margin = CardMargin(job.quality);
   const SBxPicBuf& tile = *job.source;
+  const int margin = CardMargin(tile.width, tile.height, job.quality);
   const PicBuf source = Bordered(tile, margin + 3);
   PicBuf apart;
   if (job.guide != job.source) {
@@ -90,8 +92,8 @@ bool GpuCard::FilterPlane(const PlaneJob& job) {
 }
 
 bool GpuCard::FilterColour(const ColourJob& job) {
-  const int margin = CardMargin(job.quality);
   const SBxPicBuf& tile = *job.source[0];
+  const int margin = CardMargin(tile.width, tile.height, job.quality);
   const PicBuf source = BorderedColour(job.source, margin + 3);
   PicBuf apart;
   if (job.guide != job.source) {

@@ -22,8 +22,8 @@ class GpuCard final : public CardFilter {
   gpu::GpuFilter& filter_;
 };
 
-// The margin that tiles are uploaded with: the border, 3 pixels wider, holds all that the window reaches and
-// is even, so that 2 x 2 blocks lie as they do on the processor.
-[[nodiscard]] int CardMargin(std::uint32_t quality);
+// The margin that tiles of this size are uploaded with: the border, 3 pixels wider, holds all that the window
+// reaches and is odd or even like the processor's, so that 2 x 2 blocks lie as they do there.
+[[nodiscard]] int CardMargin(int width, int height, std::uint32_t quality);
 
 }  // namespace mirellon::engine

@@ -163,7 +163,7 @@ void GpuFilter::CompilePrograms() {
   glPixelStorei(GL_PACK_ALIGNMENT, 1);
   glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
   accumulatorPhase_ = true;
-  const bool formatless = textures_.ChooseFormats(options_.withoutLuminance);
+  const bool formatless = textures_.ChooseFormats(options_.formats);
   info_.format = textures_.formats().one.name;
   if (!refused && !formatless) return;
   info_.refusal = refused ? "the graphics driver refuses the filter's programs"

@@ -35,7 +35,7 @@ struct CardInfo {
 
 // For tests of what only some drivers do.
 struct FilterOptions {
-  bool withoutLuminance = false;  // never use luminance textures
+  FormatLimits formats;
   ProgramTexts texts = kProgramTexts;
 };
 

@@ -69,9 +69,9 @@ bool TileTextures::Renderable(const TexelFormat& format) const {
   return complete && glGetError() == GL_NO_ERROR;
 }
 
-bool TileTextures::ChooseFormats(bool withoutLuminance) {
-  const bool luminance = !withoutLuminance && Renderable(kLuminance);
-  const bool rgb = Renderable(kRgb);
+bool TileTextures::ChooseFormats(const FormatLimits& limits) {
+  const bool luminance = !limits.withoutLuminance && Renderable(kLuminance);
+  const bool rgb = !limits.withoutRgb && Renderable(kRgb);
   formats_ = {luminance ? kLuminance : kRed, rgb ? kRgb : kRgba, !luminance};
   geometry_ = {};
   return (!luminance && !Renderable(kRed)) || (!rgb && !Renderable(kRgba));

@@ -50,6 +50,11 @@ struct TexelFormat {
   std::uint32_t data = 0;      // of what is uploaded
   const char* name = "";       // "GL_LUMINANCE32F_ARB"
 };
+// For tests of what only some cards lack.
+struct FormatLimits {
+  bool withoutLuminance = false;
+  bool withoutRgb = false;
+};
 struct TextureFormats {
   TexelFormat one;
   TexelFormat three;
@@ -64,9 +69,9 @@ class TileTextures {
   void Generate();
   void Release();
 
-  // Finds formats that this card can draw to: luminance and RGB, else red and RGBA. `withoutLuminance` takes
-  // the red one at once. The frame buffer object must be bound. True = failed: there are none.
-  [[nodiscard]] bool ChooseFormats(bool withoutLuminance);
+  // Finds formats that this card can draw to: luminance and RGB, else red and RGBA. The frame buffer object
+  // must be bound. True = failed: there are none.
+  [[nodiscard]] bool ChooseFormats(const FormatLimits& limits);
 
   // Makes the textures of a tile, unless they have its sizes already; contents undefined. True = failed: the
   // card has no room for them; they are made anew next time.

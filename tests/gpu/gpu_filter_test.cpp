@@ -141,7 +141,7 @@ TEST(GpuFilter, TellsWhatTheCardIs) {
   EXPECT_TRUE(lines.starts_with("Status: Using GLEW ")) << lines;
   EXPECT_EQ(lines.find('\n'), lines.size() - 1);
   EXPECT_EQ(card.windows.shown, Texts());
-  test::OpenCard red({.withoutLuminance = true});
+  test::OpenCard red({.formats = {.withoutLuminance = true}});
   ASSERT_USABLE(red);
   EXPECT_EQ(red.filter.info().format, "GL_R32F");
 }

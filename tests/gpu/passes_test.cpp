@@ -63,7 +63,7 @@ struct Case {
   int channels;
   int bits;
   double dynamics;
-  bool withoutLuminance;
+  FormatLimits formats;
 };
 
 class PassesTest : public ::testing::TestWithParam<Case> {};
@@ -76,8 +76,8 @@ constexpr int kPaddedWidth = kWidth + 2 * kBorder;
 constexpr int kPaddedHeight = kHeight + 2 * kBorder;
 
 TEST_P(PassesTest, EqualPlainArithmetic) {
-  const auto [channels, bits, dynamics, withoutLuminance] = GetParam();
-  test::OpenCard card({.withoutLuminance = withoutLuminance});
+  const auto [channels, bits, dynamics, formats] = GetParam();
+  test::OpenCard card({.formats = formats});
   ASSERT_USABLE(card);
   GpuFilter& filter = card.filter;
   const picture::PicBuf source = test::PhotoLikePicture(kPaddedWidth, kPaddedHeight, channels, bits, 3);
@@ -173,10 +173,41 @@ TEST_P(PassesTest, EqualPlainArithmetic) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Pipelines, PassesTest,
-                         ::testing::Values(Case{1, 8, 0.0, false}, Case{1, 16, 1.5, false},
-                                           Case{1, 8, -1.5, false}, Case{3, 8, 0.0, false},
-                                           Case{3, 16, -1.5, false}, Case{3, 8, 1.5, false},
-                                           Case{1, 16, -0.5, true}, Case{3, 8, 0.5, true}));
+                         ::testing::Values(Case{1, 8, 0.0, {}}, Case{1, 16, 1.5, {}}, Case{1, 8, -1.5, {}},
+                                           Case{3, 8, 0.0, {}}, Case{3, 16, -1.5, {}}, Case{3, 8, 1.5, {}},
+                                           Case{1, 16, -0.5, {.withoutLuminance = true}},
+                                           Case{3, 8, 0.5, {.withoutLuminance = true}},
+                                           Case{1, 8, 0.5, {.withoutRgb = true}},
+                                           Case{3, 16, 0.5, {true, true}}));
+
+// No pass uses them.
+TEST(Programs, CopyWhatTheyRead) {
+  test::OpenCard card;
+  ASSERT_USABLE(card);
+  const Programs& programs = card.filter.programs();
+  const TileTextures& textures = card.filter.textures();
+  const GpuFilter::Job job(card.filter);
+  for (const int channels : {1, 3}) {
+    const picture::PicBuf tile = test::RandomPicture(26, 22, channels, 8, 1);
+    ASSERT_FALSE(card.filter.Upload(tile, tile, 14, 10, channels, kMargin, channels, 8));
+    const Passes passes(programs, textures);
+    passes.Clear(kSpare);  // makes it the target, too
+    const Program copy = channels == 1 ? Program::kCopy1 : Program::kCopy3;
+    programs.Use(copy);
+    textures.Bind(kSource, 0);
+    programs.SetSampler(copy, 0, 0);
+    glBegin(GL_QUADS);
+    for (const auto& [x, y] : {std::pair{0.0F, 0.0F}, {1.0F, 0.0F}, {1.0F, 1.0F}, {0.0F, 1.0F}}) {
+      glMultiTexCoord2fARB(GL_TEXTURE0_ARB, x, y);
+      glVertex2f(26 * x, 22 * y);
+    }
+    glEnd();
+    glUseProgramObjectARB(0);
+    Passes::Finish();
+    EXPECT_EQ(Largest(Read(card.filter, kSpare), Read(card.filter, kSource), channels), 0.0);
+    EXPECT_GT(Largest(Read(card.filter, kSpare), Field(26, 22), channels), 100.0);
+  }
+}
 
 TEST(TileTextures, HaveTheirShapesAndStayWhileTheTileDoes) {
   const TileGeometry geometry = {100, 60, 35, 1};
