@@ -18,7 +18,7 @@ struct SampleComparison {
   double effect = 0.0;      // between processor and source
 
   // The card's arithmetic is not the processor's: its weights are floats, chosen pixel by pixel instead of
-  // block by block. That makes up to a sixth of what the filter does.
+  // block by block. That makes up to a fifth of what the filter does.
   [[nodiscard]] bool Agrees() const { return difference <= 0.75 + 0.4 * effect; }
 };
 

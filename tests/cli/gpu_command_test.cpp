@@ -98,6 +98,25 @@ TEST_F(GpuCommandTest, TellsWhetherAndWhyNot) {
   }
 }
 
+TEST_F(GpuCommandTest, TellsTheSameInWords) {
+  const auto words = [&](const std::string& environment) {
+    return base::RunChild({"sh", "-c", "exec env \"$@\" 2>errors", "sh", environment, MIRELLON_CLI, "gpu"},
+                          folder_.path(), nullptr)
+        .output;
+  };
+  const std::string usable = words("A=B");
+  EXPECT_TRUE(usable.starts_with("Usable:         yes\nRenderer:       ")) << usable;
+  for (const char* line : {"\nVendor:         ", "\nOpenGL:         ", "\nGL_EXT_framebuffer_object: yes\n",
+                           "\nGL_ARB_shading_language_100: yes\n", "\nGL_ARB_texture_non_power_of_two: yes\n",
+                           "\nLargest tile:   1000\n", "\nFormat:         GL_LUMINANCE32F_ARB\n",
+                           "\nAgreement test: largest difference "}) {
+    EXPECT_NE(usable.find(line), std::string::npos) << line << "\nin\n" << usable;
+  }
+  const std::string refused = words(kNoDriver);
+  EXPECT_TRUE(refused.starts_with("Usable:         no: no graphics driver can be opened\n")) << refused;
+  EXPECT_EQ(refused.find("Agreement test: largest"), std::string::npos) << refused;
+}
+
 TEST_F(GpuCommandTest, EveryBackendGivesThePhotographAndNamesItself) {
   for (const auto& [width, height] : {std::pair{90, 60}, {1040, 24}}) {
     MakePhoto(width, height);

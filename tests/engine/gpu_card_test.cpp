@@ -18,6 +18,7 @@
 #include "engine/denoise_image.h"
 #include "engine/denoise_plane.h"
 #include "engine/whole_picture.h"
+#include "engine/work_picture.h"
 #include "gpu/open_card.h"
 #include "support/recording_progress.h"
 #include "support/test_pictures.h"
@@ -90,17 +91,18 @@ std::vector<Case> WholeFilterCases() {
     for (const int bits : {8, 16}) {
       for (const std::uint32_t quality : {1U, 2U, 3U}) {
         for (const double dynamics : {-1.5, 0.0, 1.5}) {
-          cases.push_back({61, 45, components, bits, quality, dynamics, 0.0});
+          cases.push_back({63, 47, components, bits, quality, dynamics, 0.0});
         }
       }
     }
   }
   const Case others[] = {
-      {96, 80, 1, 8, 1, 0.0, 0.0},    {96, 80, 1, 16, 2, 1.5, 0.0},   {96, 80, 1, 8, 3, 0.0, 0.0},
-      {96, 80, 3, 8, 1, 0.0, 10.0},   {96, 80, 3, 8, 2, 0.0, 10.0},   {64, 48, 3, 16, 3, -1.5, 10.0},
-      {1, 1, 3, 8, 2, 0.0, 10.0},     {2, 3, 1, 16, 3, 0.0, 0.0},     {7, 5, 3, 16, 3, 0.5, 10.0},
-      {1, 5000, 1, 8, 1, 0.0, 0.0},   {5000, 1, 3, 8, 1, 0.0, 0.0},   {999, 21, 1, 8, 1, 0.0, 0.0},
-      {1000, 21, 1, 16, 1, 0.0, 0.0}, {21, 1001, 3, 8, 1, 0.0, 10.0}, {1017, 21, 3, 16, 1, 0.0, 0.0}};
+      {96, 80, 1, 8, 1, 0.0, 0.0},    {96, 80, 1, 16, 2, 1.5, 0.0},  {96, 80, 1, 8, 3, 0.0, 0.0},
+      {96, 80, 3, 8, 1, 0.0, 10.0},   {96, 80, 3, 8, 2, 0.0, 10.0},  {64, 48, 3, 16, 3, -1.5, 10.0},
+      {61, 45, 1, 8, 1, 0.0, 0.0},    {61, 45, 3, 16, 3, 1.5, 10.0}, {1, 1, 3, 8, 2, 0.0, 10.0},
+      {2, 3, 1, 16, 3, 0.0, 0.0},     {7, 5, 3, 16, 3, 0.5, 10.0},   {1, 5000, 1, 8, 1, 0.0, 0.0},
+      {5000, 1, 3, 8, 1, 0.0, 0.0},   {999, 21, 1, 8, 1, 0.0, 0.0},  {1000, 21, 1, 16, 1, 0.0, 0.0},
+      {21, 1001, 3, 8, 1, 0.0, 10.0}, {1017, 21, 3, 16, 1, 0.0, 0.0}};
   cases.insert(cases.end(), std::begin(others), std::end(others));
   return cases;
 }
@@ -127,10 +129,12 @@ TEST_F(GpuCardTest, TheWholeFilterIsCloseToTheProcessors) {
               << " | " << difference.largest << " | " << difference.mean << " | " << effect.mean << " |\n"
               << std::defaultfloat;
     EXPECT_LE(sampled, 0.1 + 0.3 * effect.mean) << c;
-    // Single pixels differ much where a strong edge cuts through blocks: the zeros beside an odd side make
-    // one.
-    EXPECT_LE(difference.mean, 0.1 + 0.25 * effect.mean) << c;
-    EXPECT_LE(difference.largest, c.width % 2 + c.height % 2 == 0 ? 30.0 : 60.0) << c;
+    // Where the processor's border is odd, its blocks of weights lie across those of distances; in the
+    // tiniest pictures the zeros beside an odd side are everywhere.
+    const bool across = BorderOf(c.width + c.width % 2, c.height + c.height % 2, 10) % 2 != 0;
+    const bool apart = across || std::max(c.width, c.height) < 10;
+    EXPECT_LE(difference.mean, 0.1 + (apart ? 0.25 : 0.15) * effect.mean) << c;
+    EXPECT_LE(difference.largest, apart ? 60.0 : 30.0) << c;
   }
 }
 
