@@ -64,59 +64,59 @@ __eglMustCastToProperFunctionPointerType eglGetProcAddress(const char* name) {
   return nullptr;
 }
 
-const char* eglQueryString(EGLDisplay display, EGLint /*name*/) {
-  if (display == EGL_NO_DISPLAY) return TheFakeEgl().clientExtensions.c_str();
-  return Display(display).needsSurface ? "" : "EGL_KHR_create_context EGL_KHR_surfaceless_context";
+const char* eglQueryString(EGLDisplay dpy, EGLint /*name*/) {
+  if (dpy == EGL_NO_DISPLAY) return TheFakeEgl().clientExtensions.c_str();
+  return Display(dpy).needsSurface ? "" : "EGL_KHR_create_context EGL_KHR_surfaceless_context";
 }
 
 EGLDisplay eglGetDisplay(EGLNativeDisplayType /*native*/) {
   return &TheFakeEgl().displays.at(1);
 }
 
-EGLBoolean eglInitialize(EGLDisplay display, EGLint* /*major*/, EGLint* /*minor*/) {
-  return Does(Display(display), "initialise");
+EGLBoolean eglInitialize(EGLDisplay dpy, EGLint* /*major*/, EGLint* /*minor*/) {
+  return Does(Display(dpy), "initialise");
 }
 
 EGLBoolean eglBindAPI(EGLenum api) {
   return api == EGL_OPENGL_API ? EGL_TRUE : EGL_FALSE;
 }
 
-EGLBoolean eglChooseConfig(EGLDisplay display, const EGLint* /*wanted*/, EGLConfig* config, EGLint /*room*/,
-                           EGLint* count) {
-  TheFakeEgl().tried.push_back(Display(display).name);
-  *config = display;
-  *count = Does(Display(display), "config") == EGL_TRUE ? 1 : 0;
+EGLBoolean eglChooseConfig(EGLDisplay dpy, const EGLint* /*wanted*/, EGLConfig* configs, EGLint /*room*/,
+                           EGLint* num_config) {
+  TheFakeEgl().tried.push_back(Display(dpy).name);
+  *configs = dpy;
+  *num_config = Does(Display(dpy), "config") == EGL_TRUE ? 1 : 0;
   return EGL_TRUE;
 }
 
-EGLSurface eglCreatePbufferSurface(EGLDisplay display, EGLConfig /*config*/, const EGLint* size) {
-  FakeDisplay& of = Display(display);
+EGLSurface eglCreatePbufferSurface(EGLDisplay dpy, EGLConfig /*config*/, const EGLint* attrib_list) {
+  FakeDisplay& of = Display(dpy);
   if (Does(of, "surface") != EGL_TRUE) return EGL_NO_SURFACE;
-  TheFakeEgl().surfaceSize = std::to_string(size[1]) + "x" + std::to_string(size[3]);
+  TheFakeEgl().surfaceSize = std::to_string(attrib_list[1]) + "x" + std::to_string(attrib_list[3]);
   ++of.surfaces;
   return &of.surfaces;
 }
 
-EGLBoolean eglDestroySurface(EGLDisplay display, EGLSurface /*surface*/) {
-  --Display(display).surfaces;
+EGLBoolean eglDestroySurface(EGLDisplay dpy, EGLSurface /*surface*/) {
+  --Display(dpy).surfaces;
   return EGL_TRUE;
 }
 
-EGLContext eglCreateContext(EGLDisplay display, EGLConfig /*config*/, EGLContext /*shared*/,
+EGLContext eglCreateContext(EGLDisplay dpy, EGLConfig /*config*/, EGLContext /*shared*/,
                             const EGLint* /*attributes*/) {
-  FakeDisplay& of = Display(display);
+  FakeDisplay& of = Display(dpy);
   if (Does(of, "context") != EGL_TRUE) return EGL_NO_CONTEXT;
   ++of.contexts;
   return &of.contexts;
 }
 
-EGLBoolean eglDestroyContext(EGLDisplay display, EGLContext /*context*/) {
-  --Display(display).contexts;
+EGLBoolean eglDestroyContext(EGLDisplay dpy, EGLContext /*context*/) {
+  --Display(dpy).contexts;
   return EGL_TRUE;
 }
 
-EGLBoolean eglMakeCurrent(EGLDisplay display, EGLSurface /*draw*/, EGLSurface /*read*/, EGLContext context) {
-  return context == EGL_NO_CONTEXT ? EGL_TRUE : Does(Display(display), "current");
+EGLBoolean eglMakeCurrent(EGLDisplay dpy, EGLSurface /*draw*/, EGLSurface /*read*/, EGLContext ctx) {
+  return ctx == EGL_NO_CONTEXT ? EGL_TRUE : Does(Display(dpy), "current");
 }
 
 }  // extern "C"

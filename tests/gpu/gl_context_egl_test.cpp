@@ -13,7 +13,6 @@ namespace mirellon::gpu {
 namespace {
 
 using test::FakeDisplay;
-using test::FakeEgl;
 using test::TheFakeEgl;
 using Texts = std::vector<std::string>;
 
