@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstdio>
 #include <iomanip>
 #include <iostream>
@@ -151,7 +152,9 @@ std::vector<double> PlainFilter(const PlaneJob& job) {
     while (i < 0 || i >= side) i = i < 0 ? -i : 2 * (side - 1) - i;
     return i;
   };
-  const auto place = [width](int x, int y) { return static_cast<std::size_t>(y * width + x); };
+  const auto place = [width](int x, int y) {
+    return static_cast<std::size_t>(std::ptrdiff_t{y} * width + x);
+  };
   std::vector<double> level(place(0, height));
   for (int y = 0; y < height; ++y) {
     for (int x = 0; x < width; ++x) {
@@ -215,7 +218,7 @@ TEST_F(GpuCardTest, ThePlaneFilterIsItsDefinitionInPlainArithmetic) {
     double largest = 0.0;
     for (int y = 0; y < height; ++y) {
       for (int x = 0; x < width; ++x) {
-        const double e = expected[static_cast<std::size_t>(y * width + x)];
+        const double e = expected[static_cast<std::size_t>(std::ptrdiff_t{y} * width + x)];
         largest = std::max(largest, std::abs(test::Sample(result, x, y) - e));
       }
     }
