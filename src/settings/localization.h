@@ -54,8 +54,8 @@ class Localization {
   // says so already is not touched. True = failed: it holds for this run only.
   [[nodiscard]] bool ChooseLanguage(int language);
 
-  // "mirellon_%s.html" of the current language's acronym, else of the first language's, in the first of the
-  // folders that holds it (base::ResourceFolders()); empty when there is neither.
+  // "mirellon_%s.html" of the current language's acronym, else of the first language's ("en" where there are
+  // none), in the first of the folders that holds it (base::ResourceFolders()); empty when there is neither.
   [[nodiscard]] std::filesystem::path HelpFile(const std::vector<std::filesystem::path>& folders) const;
 
  private:

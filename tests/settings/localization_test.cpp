@@ -104,6 +104,7 @@ TEST_F(LocalizationTest, HelpFallsBackToTheFirstLanguage) {
     EXPECT_EQ(localization.HelpFile(folders), folder_ / name) << language;
   }
   EXPECT_EQ(localization.HelpFile({folder_ / "missing"}), "");
+  EXPECT_EQ(Localization().HelpFile(folders), folder_ / "mirellon_en.html") << "no language file, so English";
 }
 
 }  // namespace mirellon::settings
