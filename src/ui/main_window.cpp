@@ -19,6 +19,7 @@
 #include "ui/dialogs/batch_progress_dialog.h"
 #include "ui/dialogs/batch_report_dialog.h"
 #include "ui/failure_texts.h"
+#include "ui/help_desk.h"
 #include "ui/local_url.h"
 #include "ui/mnemonics.h"
 #include "ui/model/view_texts.h"
@@ -90,6 +91,7 @@ void MainWindow::BuildCentre() {
   status_ = new StatusLine(texts_, this);
   setStatusBar(status_);
   actions_ = new Actions(texts_, this, view_);
+  helpDesk_ = new HelpDesk(context_, texts_, (*actions_)[Command::kHelp], this);
 }
 
 void MainWindow::BuildMenus() {

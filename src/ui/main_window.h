@@ -24,6 +24,7 @@ namespace mirellon::ui {
 
 class BatchProgressDialog;
 class BatchReportDialog;
+class HelpDesk;
 class ParameterPanel;
 
 // Owns menus, toolbar, view, panel and status line, and takes every command to where it is done. The work
@@ -99,7 +100,6 @@ class MainWindow : public QMainWindow {
   void ShowOptions();
   void AskOptions(bool cardUsable);
   void CheckCard(std::function<void(bool usable)> answer);
-  void ShowHelp();
   void ShowAbout();
   void VisitWebSite();
   void ShowLoadFailure(const std::filesystem::path& path, const imageio::LoadReport& report);
@@ -124,6 +124,7 @@ class MainWindow : public QMainWindow {
   ZoomBox* zoomBox_ = nullptr;
   StartHint* startHint_ = nullptr;
   Actions* actions_ = nullptr;
+  HelpDesk* helpDesk_ = nullptr;
   QMenu* recentMenu_ = nullptr;
   std::vector<QMenu*> busyMenus_;  // those that rest while something runs
   QTimer progressTimer_;

@@ -6,9 +6,9 @@
 #include "base/text.h"
 #include "skin/schemes.h"
 #include "ui/dialogs/about_dialog.h"
-#include "ui/dialogs/help_window.h"
 #include "ui/dialogs/options_dialog.h"
 #include "ui/failure_texts.h"
+#include "ui/help_desk.h"
 #include "ui/main_window.h"
 #include "ui/model/folder_walk.h"
 #include "ui/parameter_panel.h"
@@ -43,7 +43,7 @@ void MainWindow::Do(Command command) {
     case Command::kBatch:
       return AskAndStartBatch();
     case Command::kHelp:
-      return ShowHelp();
+      return helpDesk_->ShowStart();
     case Command::kVisitWebSite:
       return VisitWebSite();
     case Command::kAbout:
@@ -244,12 +244,6 @@ void MainWindow::AskOptions(bool cardUsable) {
                                  base::MessageKind::kInformation);
   }
   if (outcome.colourScheme) ApplyScheme(*outcome.colourScheme);
-}
-
-void MainWindow::ShowHelp() {
-  const std::filesystem::path page = context_.localization.HelpFile(context_.resourceFolders);
-  if (page.empty()) return status_->Note(texts_(text::kNoHelp));
-  ShowHelpWindow(page, this);
 }
 
 void MainWindow::ShowAbout() {

@@ -30,6 +30,7 @@ mirellon_add_test(ui/languages LINK mirellon_test_window SOURCES ui/clipped_text
 mirellon_add_test(ui/main_window LINK mirellon_test_window)
 mirellon_add_test(ui/main_window_commands LINK mirellon_test_window)
 mirellon_add_test(ui/dialogs LINK mirellon_test_window)
+mirellon_add_test(ui/help LINK mirellon_test_window)
 mirellon_add_test(ui/parameter_panel LINK mirellon_test_window)
 mirellon_add_test(ui/workbench LINK mirellon_test_window)
 

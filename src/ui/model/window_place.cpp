@@ -9,21 +9,20 @@ namespace mirellon::ui {
 namespace {
 
 constexpr const wchar_t* kSection = L"Window";
-constexpr const wchar_t* kGeometry = L"Geometry";
 
 }  // namespace
 
-WindowPlace LoadWindowPlace(const std::filesystem::path& iniFile) {
+WindowPlace LoadWindowPlace(const std::filesystem::path& iniFile, const wchar_t* key) {
   base::IniFile ini;
   if (ini.Read(iniFile) != base::IniFile::ReadResult::kRead) return {};
-  return {base::Utf8FromWide(ini.Find(kSection, kGeometry).value_or(std::wstring()))};
+  return {base::Utf8FromWide(ini.Find(kSection, key).value_or(std::wstring()))};
 }
 
-bool StoreWindowPlace(const std::filesystem::path& iniFile, const WindowPlace& place) {
+bool StoreWindowPlace(const std::filesystem::path& iniFile, const WindowPlace& place, const wchar_t* key) {
   if (base::EnsureFolder(iniFile.parent_path())) return true;
   base::IniFile ini;
   if (ini.Read(iniFile) == base::IniFile::ReadResult::kFailed) return true;
-  if (ini.Set(kSection, kGeometry, base::WideFromUtf8(place.geometry))) return true;
+  if (ini.Set(kSection, key, base::WideFromUtf8(place.geometry))) return true;
   return ini.Write(iniFile);
 }
 

@@ -1,4 +1,4 @@
-// Where the window was when it was closed.
+// Where a window was when it was closed.
 #pragma once
 
 #include <filesystem>
@@ -10,8 +10,14 @@ struct WindowPlace {
   std::string geometry;  // the widgets' own form, base64; empty: unknown
 };
 
-// The section "Window" of the settings file. True = failed to write.
-[[nodiscard]] WindowPlace LoadWindowPlace(const std::filesystem::path& iniFile);
-[[nodiscard]] bool StoreWindowPlace(const std::filesystem::path& iniFile, const WindowPlace& place);
+// Keys of the section "Window" in the settings file.
+inline constexpr const wchar_t* kMainWindowPlace = L"Geometry";
+inline constexpr const wchar_t* kHelpWindowPlace = L"Help Geometry";
+
+// True = failed to write.
+[[nodiscard]] WindowPlace LoadWindowPlace(const std::filesystem::path& iniFile,
+                                          const wchar_t* key = kMainWindowPlace);
+[[nodiscard]] bool StoreWindowPlace(const std::filesystem::path& iniFile, const WindowPlace& place,
+                                    const wchar_t* key = kMainWindowPlace);
 
 }  // namespace mirellon::ui
