@@ -15,17 +15,11 @@
 #include "picture/pic_buf.h"
 #include "picture/pic_buf_api.h"
 #include "picture/pic_map.h"
+#include "picture/resample_rows.h"
 
 namespace mirellon::picture {
 
 namespace {
-
-// The samples of one axis that make up a value at some position, and their weights.
-template <std::size_t kTaps>
-struct AxisTaps {
-  std::array<int, kTaps> index;  // always inside the picture
-  std::array<float, kTaps> weight;
-};
 
 // False for what is not a number, too.
 bool Inside(double position, int length) {
@@ -136,6 +130,7 @@ class RowCache {
   RowCache(const SBxPicBuf& source, const Columns<kTaps>& columns) : source_(source), columns_(columns) {
     held_.fill(-1);
     for (auto& row : rows_) row.resize(columns.taps.size() * kComponents + kLanes);
+    if constexpr (kInVectors) return;
     firstSample_ = static_cast<std::size_t>(columns.taps.front().index.front()) * kComponents;
     const auto last = static_cast<std::size_t>(columns.taps.back().index.back());
     samples_.resize((last + 1) * kComponents - firstSample_ + kLanes);
@@ -145,7 +140,7 @@ class RowCache {
     const std::size_t slot = static_cast<std::size_t>(y) % kTaps;
     if (held_[slot] != y) {
       held_[slot] = y;
-      ResampleAcross(Row<T>(source_, y) + firstSample_, rows_[slot].data());
+      Fill(Row<T>(source_, y), rows_[slot].data());
     }
     return rows_[slot].data();
   }
@@ -155,7 +150,17 @@ class RowCache {
   // write is overwritten by the next pixel.
   static constexpr std::size_t kLanes = kComponents == 1 ? 1 : 4;
 
-  void ResampleAcross(const T* from, float* to) {
+  static constexpr bool kInVectors = sizeof(T) == 1 && kComponents == 3;
+
+  void Fill(const T* row, float* to) {
+    if constexpr (kInVectors) {
+      ResampleAcross(row, source_.width, columns_.taps.data(), columns_.taps.size(), to);
+    } else {
+      FillPlain(row + firstSample_, to);
+    }
+  }
+
+  void FillPlain(const T* from, float* to) {
     const std::size_t count = samples_.size() - kLanes;
     for (std::size_t i = 0; i < count; ++i) samples_[i] = from[i];
     for (const AxisTaps<kTaps>& taps : columns_.taps) {
@@ -182,6 +187,7 @@ class RowCache {
 template <std::size_t kTaps, typename T>
 void Down(const std::array<const float*, kTaps>& rows, const std::array<float, kTaps>& weights, T* to,
           std::size_t count) {
+  if constexpr (sizeof(T) == 1) return ResampleDown(rows, weights, to, count);
   for (std::size_t i = 0; i < count; ++i) {
     float sum = weights[0] * rows[0][i];
     for (std::size_t k = 1; k < kTaps; ++k) sum = sum + weights[k] * rows[k][i];
