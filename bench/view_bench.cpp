@@ -1,9 +1,13 @@
 // A frame of the view: a photograph of 50 megapixels, drawn into a window of 2560 x 1440 pixels while it is
 // dragged.
 
+#include <string>
+
 #include <benchmark/benchmark.h>
+#include <lcms2.h>
 
 #include "bench_pictures.h"
+#include "ui/model/colour_transform.h"
 #include "ui/model/view_renderer.h"
 
 namespace mirellon {
@@ -75,6 +79,38 @@ void FrameByInterpolation(benchmark::State& state) {
 BENCHMARK(FrameByInterpolation)
     ->ArgNames({"percent", "interpolation"})
     ->ArgsProduct({{0, 50, 100, 200}, {0, 1, 2}})
+    ->Unit(benchmark::kMillisecond);
+
+// ---- What a frame is drawn from ----
+
+std::string WideProfile() {
+  const cmsCIExyY white = {0.3127, 0.3290, 1.0};
+  const cmsCIExyYTRIPLE primaries = {{0.64, 0.33, 1.0}, {0.21, 0.71, 1.0}, {0.15, 0.06, 1.0}};
+  cmsToneCurve* curve = cmsBuildGamma(nullptr, 2.2);
+  cmsToneCurve* curves[] = {curve, curve, curve};
+  cmsHPROFILE profile = cmsCreateRGBProfile(&white, &primaries, curves);
+  cmsFreeToneCurve(curve);
+  cmsUInt32Number size = 0;
+  cmsSaveProfileToMem(profile, nullptr, &size);
+  std::string bytes(size, '\0');
+  cmsSaveProfileToMem(profile, bytes.data(), &size);
+  cmsCloseProfile(profile);
+  return bytes;
+}
+
+// Bits; with a colour profile; turned by a quarter. Processor time of all threads.
+void DisplayCopies(benchmark::State& state) {
+  const int bits = static_cast<int>(state.range(0));
+  const picture::PicBuf photograph = bench::NoisyPicture(kWidth, kHeight, 3, bits);
+  ui::DisplayLook look;
+  if (state.range(1) != 0) look.colours = ui::MakeColourTransform(WideProfile(), 3, bits, {}).transform;
+  if (state.range(2) != 0) look.orientation = ui::Orientation::kQuarterLeft;
+  for (auto _ : state) benchmark::DoNotOptimize(ui::MakeDisplay(photograph, look));
+}
+BENCHMARK(DisplayCopies)
+    ->ArgNames({"bits", "profile", "turned"})
+    ->ArgsProduct({{8, 16}, {0, 1}, {0, 1}})
+    ->MeasureProcessCPUTime()
     ->Unit(benchmark::kMillisecond);
 
 }  // namespace
