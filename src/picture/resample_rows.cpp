@@ -15,11 +15,11 @@ namespace mirellon::picture::HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-constexpr int kComponents = 3;
+constexpr std::ptrdiff_t kComponents = 3;
 
 template <std::size_t kTaps>
 void AcrossPlain(const std::uint8_t* row, const AxisTaps<kTaps>& taps, float* to) {
-  for (int c = 0; c < kComponents; ++c) {
+  for (std::ptrdiff_t c = 0; c < kComponents; ++c) {
     float sum = 0.0F;
     for (std::size_t k = 0; k < kTaps; ++k) {
       const float sample = row[taps.index[k] * kComponents + c];
@@ -47,7 +47,7 @@ void Across(const std::uint8_t* row, int width, const AxisTaps<kTaps>* columns, 
   const hn::FixedTag<float, 4> d;
   const hn::Rebind<std::int32_t, decltype(d)> whole;
   const hn::Rebind<std::uint8_t, decltype(d)> bytes;
-  const auto pixel = [&](int index) HWY_ATTR {
+  const auto pixel = [&](std::ptrdiff_t index) HWY_ATTR {
     return hn::ConvertTo(d, hn::PromoteTo(whole, hn::LoadU(bytes, row + index * kComponents)));
   };
   for (std::size_t i = 0; i < count; ++i, to += kComponents) {
