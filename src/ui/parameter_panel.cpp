@@ -144,7 +144,7 @@ void ParameterPanel::SetManual(bool shown) {
   manualControls_->setVisible(shown);
   setDefault_->setVisible(shown);
   manual_->setIcon(skin::StrokeIcon(
-      QStringLiteral(":/icons/settings-%1.svg").arg(QLatin1String(shown ? "hide" : "show"))));
+      QStringLiteral(":/icons/SETTINGS_%1.svg").arg(QLatin1String(shown ? "HIDE" : "SHOW"))));
   const int number = shown ? 1 : 0;
   if (context_.settings.GetNumber(settings::Setting::kShowManualTunning) == number) return;
   (void)context_.settings.SetNumber(settings::Setting::kShowManualTunning, number);  // for this run at least

@@ -77,6 +77,7 @@ void ParameterPanel::Build() {
 
   scroll_ = new QScrollArea(this);
   scroll_->setFrameShape(QFrame::NoFrame);
+  scroll_->setFocusPolicy(Qt::NoFocus);  // it could not show that it has it
   scroll_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);  // empty, it is not to be seen
   scroll_->setWidgetResizable(true);
   scroll_->setWidget(content_);
@@ -105,12 +106,12 @@ QWidget* ParameterPanel::BuildProfileRows() {
   iso_->setFocusPolicy(Qt::StrongFocus);
   keep_ = new QToolButton(rows);
   keep_->setObjectName(QStringLiteral("saveSetting"));
-  keep_->setIcon(Icon("settings-save"));
+  keep_->setIcon(Icon("SETTINGS_SAVE"));
   keep_->setToolTip(texts_(145));
   keep_->setAccessibleName(texts_(123));
   delete_ = new QToolButton(rows);
   delete_->setObjectName(QStringLiteral("deleteSetting"));
-  delete_->setIcon(Icon("settings-delete"));
+  delete_->setIcon(Icon("SETTINGS_DELETE"));
   delete_->setToolTip(texts_(146));
   delete_->setAccessibleName(texts_(124));
   auto* cameraLabel = new QLabel(texts_(130), rows);
