@@ -38,9 +38,13 @@ class StrokeIconEngine : public QIconEngine {
   [[nodiscard]] QByteArray Coloured(QIcon::Mode mode, QIcon::State state) const {
     const QPalette palette = QApplication::palette();
     const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
-    const bool active = state == QIcon::On && mode != QIcon::Disabled;
-    const QColor colour =
-        active ? palette.color(QPalette::Highlight) : palette.color(group, QPalette::ButtonText);
+    QPalette::ColorRole role = QPalette::ButtonText;
+    if (mode == QIcon::Selected) {
+      role = QPalette::HighlightedText;  // in a menu's chosen row
+    } else if (state == QIcon::On && mode != QIcon::Disabled) {
+      role = QPalette::Link;  // the accent as lines have it
+    }
+    const QColor colour = palette.color(group, role);
     QByteArray svg = svg_;
     return svg.replace("currentColor", colour.name().toLatin1());
   }

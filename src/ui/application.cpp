@@ -6,7 +6,7 @@
 #include <iostream>
 
 #include "gpu/gl_context.h"
-#include "skin/skin_style.h"
+#include "skin/install.h"
 #include "ui/desktop_card.h"
 #include "ui/desktop_context.h"
 #include "ui/dialogs/qt_dialogs.h"
@@ -18,6 +18,7 @@
 // The macro wants to stand outside of every namespace.
 static void InitLinkedResources() {
   Q_INIT_RESOURCE(icons);
+  Q_INIT_RESOURCE(skin);
 }
 
 namespace mirellon::ui {
@@ -57,7 +58,7 @@ int RunWindow(QApplication& application, const StartOptions& options, DesktopCon
   MainWindow window(context);
   dialogs.SetOwner(&window);
   QObject::connect(&window, &MainWindow::schemeChosen,
-                   [&application](int scheme) { skin::ApplyScheme(application, scheme); });
+                   [&application](int scheme) { skin::SetColourScheme(application, scheme); });
   const Termination termination;
   QObject::connect(&termination, &Termination::requested, &window, [&window] {
     window.EndNow();
@@ -104,7 +105,7 @@ int RunApplication(QApplication& application, const StartOptions& options) {
   localization.LoadLanguages();
   InstallToolkitTexts(localization.CurrentAcronym(), texts);
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/mirellon.svg")));
-  skin::ApplyScheme(application, context.loaded.colourScheme);
+  skin::InstallSkin(application, context.loaded.colourScheme);
   const int code = RunWindow(application, options, context, dialogs, card);
   // The window's jobs have ended with it: nobody uses the card any more.
   engine.card = nullptr;

@@ -19,6 +19,7 @@
 #include "ui/dialogs/batch_progress_dialog.h"
 #include "ui/dialogs/batch_report_dialog.h"
 #include "ui/failure_texts.h"
+#include "ui/focus_frame.h"
 #include "ui/help_desk.h"
 #include "ui/local_url.h"
 #include "ui/mnemonics.h"
@@ -82,6 +83,7 @@ void MainWindow::BuildCentre() {
   view_->setAccessibleName(texts_(text::kPhotograph));
   panel_ = new ParameterPanel(context_, texts_, centre);
   startHint_ = new StartHint(texts_, view_);
+  new FocusFrame(view_);  // the view's now
   auto* row = new QHBoxLayout(centre);
   row->setContentsMargins(0, 0, 0, 0);
   row->setSpacing(0);
