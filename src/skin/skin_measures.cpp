@@ -4,7 +4,6 @@
 #include <QTextEdit>
 #include <algorithm>
 
-#include "skin/icon_engine.h"
 #include "skin/looks.h"
 #include "skin/skin_style.h"
 
@@ -154,21 +153,6 @@ int SkinStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidg
       return 0;
     default:
       return QProxyStyle::styleHint(hint, option, widget, returned);
-  }
-}
-
-QIcon SkinStyle::standardIcon(StandardPixmap icon, const QStyleOption* option, const QWidget* widget) const {
-  switch (icon) {
-    case SP_MessageBoxInformation:
-      return StrokeIcon(QStringLiteral(":/icons/message-information.svg"));
-    case SP_MessageBoxQuestion:
-      return StrokeIcon(QStringLiteral(":/icons/message-question.svg"));
-    case SP_MessageBoxWarning:
-      return StrokeIcon(QStringLiteral(":/icons/message-warning.svg"));
-    case SP_MessageBoxCritical:
-      return StrokeIcon(QStringLiteral(":/icons/message-error.svg"));
-    default:
-      return QProxyStyle::standardIcon(icon, option, widget);
   }
 }
 
