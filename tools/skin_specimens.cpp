@@ -134,6 +134,13 @@ WidgetPointer MakeProgress(const QString& text, int percent) {
   return Sized(std::move(bar), 132, percent == 60 ? 8 : 24);
 }
 
+WidgetPointer MakeBusy() {
+  auto bar = std::make_unique<QProgressBar>();
+  bar->setRange(0, 0);
+  bar->setTextVisible(false);
+  return Sized(std::move(bar), 132, 8);
+}
+
 WidgetPointer MakeTool(const QString& text, bool flat, bool checked) {
   auto button = std::make_unique<QToolButton>();
   button->setText(text);
@@ -241,6 +248,7 @@ std::vector<Specimen> MakeSpecimens() {
       Plain("slider", true, false, all, [](const QString&) { return MakeSlider(Qt::Horizontal); }),
       Plain("slider, upright", true, false, all, [](const QString&) { return MakeSlider(Qt::Vertical); }),
       Plain("progress bar", false, false, still, [](const QString&) { return MakeProgress({}, 60); }),
+      Plain("progress bar, busy", false, false, still, [](const QString&) { return MakeBusy(); }),
       Plain("progress bar, begun", false, true, still,
             [](const QString& text) { return MakeProgress(text, 8); }),
       Plain("progress bar, nearly done", false, true, still,

@@ -50,6 +50,8 @@ bool DrawScrollBar(const SkinCanvas& canvas, const QStyle& style, const QStyleOp
 // Without arrows: the knob has the whole length.
 QRect ScrollBarPart(const QStyleOptionSlider& bar, QStyle::SubControl part);
 bool DrawProgressGroove(const SkinCanvas& canvas, const QStyleOptionProgressBar& bar);
+// A busy bar, of which nobody knows the end, is drawn as it is at the moment.
+[[nodiscard]] bool IsBusy(const QStyleOptionProgressBar& bar);
 bool DrawProgressContents(const SkinCanvas& canvas, const QStyleOptionProgressBar& bar);
 // In two colours, where the filled part reaches under it.
 void DrawProgressText(const SkinCanvas& canvas, const QStyleOptionProgressBar& bar);

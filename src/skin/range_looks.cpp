@@ -1,5 +1,6 @@
 #include <QStyle>
 #include <algorithm>
+#include <chrono>
 
 #include "skin/looks.h"
 
@@ -38,6 +39,18 @@ TrackParts PartsOf(const QStyleOptionSlider& slider, const QRect& handle) {
   return slider.upsideDown ? TrackParts{second, first} : TrackParts{first, second};
 }
 
+// A third of the bar, on its way there and back.
+QRectF BusyPart(const QStyleOptionProgressBar& bar) {
+  constexpr std::chrono::milliseconds kThereAndBack(2400);
+  const auto now = std::chrono::steady_clock::now().time_since_epoch();
+  const auto since = std::chrono::duration_cast<std::chrono::milliseconds>(now) % kThereAndBack;
+  const qreal phase = static_cast<qreal>(since.count()) / static_cast<qreal>(kThereAndBack.count());
+  QRectF part(bar.rect);
+  part.setWidth(part.width() / 3);
+  part.translate((bar.rect.width() - part.width()) * (phase < 0.5 ? 2 * phase : 2 - 2 * phase), 0);
+  return part;
+}
+
 QRectF DonePart(const QStyleOptionProgressBar& bar) {
   const qreal range = static_cast<qreal>(bar.maximum) - bar.minimum;
   const qreal share = range <= 0 ? 0 : (static_cast<qreal>(bar.progress) - bar.minimum) / range;
@@ -57,6 +70,10 @@ bool CanDraw(const QStyleOptionProgressBar& bar) {
 }
 
 }  // namespace
+
+bool IsBusy(const QStyleOptionProgressBar& bar) {
+  return bar.minimum == 0 && bar.maximum == 0;
+}
 
 bool DrawSlider(const SkinCanvas& canvas, const QStyle& style, const QStyleOptionSlider& slider,
                 const QWidget* widget) {
@@ -127,8 +144,8 @@ bool DrawProgressGroove(const SkinCanvas& canvas, const QStyleOptionProgressBar&
 }
 
 bool DrawProgressContents(const SkinCanvas& canvas, const QStyleOptionProgressBar& bar) {
-  if (!CanDraw(bar) || bar.maximum <= bar.minimum) return false;
-  QRectF done = DonePart(bar);
+  if (!CanDraw(bar)) return false;
+  QRectF done = IsBusy(bar) ? BusyPart(bar) : DonePart(bar);
   if (done.width() <= 0) return true;
   // The first sign of progress is a whole rounded end.
   const qreal least = std::min<qreal>(bar.rect.height(), bar.rect.width());

@@ -1,5 +1,6 @@
 // Where the parts of the controls lie and how large they are, on a grid of 4 pixels.
 #include <QAbstractItemView>
+#include <QSlider>
 #include <QStyleOption>
 #include <QTextEdit>
 #include <algorithm>
@@ -67,7 +68,19 @@ QRect SkinStyle::subControlRect(ComplexControl control, const QStyleOptionComple
     if (const auto* spin = qstyleoption_cast<const QStyleOptionSpinBox*>(option))
       return SpinBoxPart(*spin, part);
   }
-  return QProxyStyle::subControlRect(control, option, part, widget);
+  QRect rect = QProxyStyle::subControlRect(control, option, part, widget);
+  const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(option);
+  if (control == CC_Slider && part == SC_SliderHandle && slider != nullptr &&
+      slider->tickPosition == QSlider::NoTicks) {
+    // The base style's is half a pixel off, and would lose its outline on one side.
+    const QRect& whole = slider->rect;
+    if (slider->orientation == Qt::Horizontal) {
+      rect.moveTop(whole.top() + (whole.height() - rect.height()) / 2);
+    } else {
+      rect.moveLeft(whole.left() + (whole.width() - rect.width()) / 2);
+    }
+  }
+  return rect;
 }
 
 QSize SkinStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,

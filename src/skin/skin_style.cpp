@@ -163,7 +163,9 @@ bool SkinStyle::DrawControl(ControlElement element, const QStyleOption& option, 
     case CE_ProgressBarGroove:
       return bar != nullptr && DrawProgressGroove(canvas, *bar);
     case CE_ProgressBarContents:
-      return bar != nullptr && DrawProgressContents(canvas, *bar);
+      if (bar == nullptr || !DrawProgressContents(canvas, *bar)) return false;
+      if (IsBusy(*bar)) KeepMoving(*bar, widget);
+      return true;
     case CE_ProgressBarLabel:
       if (bar == nullptr || !bar->state.testFlag(State_Horizontal)) return false;
       DrawProgressText(canvas, *bar);
@@ -209,6 +211,14 @@ bool SkinStyle::DrawComplex(ComplexControl control, const QStyleOptionComplex& o
   }
   const auto* tool = qstyleoption_cast<const QStyleOptionToolButton*>(&option);
   return tool != nullptr && DrawToolButton(canvas, *proxy(), *tool, widget);
+}
+
+// The base style has the clock that repaints a busy bar; it is wound up by drawing, if only to where nobody
+// looks.
+void SkinStyle::KeepMoving(const QStyleOption& bar, const QWidget* widget) const {
+  QPixmap unseen(1, 1);
+  QPainter painter(&unseen);
+  QProxyStyle::drawControl(CE_ProgressBarContents, &bar, &painter, widget);
 }
 
 // ---- Following the pointer ----

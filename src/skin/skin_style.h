@@ -52,6 +52,7 @@ class SkinStyle : public QProxyStyle {
                    const QWidget* widget) const;
   bool DrawComplex(ComplexControl control, const QStyleOptionComplex& option, const SkinCanvas& canvas,
                    const QWidget* widget) const;
+  void KeepMoving(const QStyleOption& bar, const QWidget* widget) const;
 
   std::unique_ptr<SkinImages> images_;  // a cache, filled while drawing
 };

@@ -3,6 +3,7 @@
 #include <QDialog>
 #include <QEvent>
 #include <QHash>
+#include <QProgressBar>
 #include <QTest>
 #include <QToolTip>
 #include <QVBoxLayout>
@@ -115,6 +116,19 @@ TEST_F(InstallTest, AnotherSchemeRepaintsEveryControlOfEveryWindow) {
     }
     SetColourScheme(Application(), to);
   }
+}
+
+TEST_F(InstallTest, ABusyBarMovesByItself) {
+  InstallSkin(Application(), kSchemeDark);
+  QProgressBar bar;
+  bar.setRange(0, 0);
+  bar.show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&bar));
+  Paints paints;
+  bar.installEventFilter(&paints);
+  const QImage before = specimens::Picture(bar, 1);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return paints.of(&bar) >= 3; }, 30000));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return specimens::Picture(bar, 1) != before; }, 30000));
 }
 
 }  // namespace
