@@ -107,6 +107,7 @@ int RunApplication(QApplication& application, const StartOptions& options) {
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/mirellon.svg")));
   skin::InstallSkin(application, context.loaded.colourScheme);
   const int code = RunWindow(application, options, context, dialogs, card);
+  skin::RemoveSkin(application);
   // The window's jobs have ended with it: nobody uses the card any more.
   engine.card = nullptr;
   const bool stuck = card.End();
