@@ -9,16 +9,7 @@ namespace mirellon::profiles {
 
 namespace {
 
-constexpr std::uint32_t kWord = 0xFFFF;
 constexpr double kStepsPerUnit = 20.0;
-
-std::uint32_t PackWords(std::int32_t low, std::int32_t high) {
-  return (static_cast<std::uint32_t>(low) & kWord) | (static_cast<std::uint32_t>(high) & kWord) << 16U;
-}
-
-std::int32_t LowWord(std::uint32_t packed) {
-  return static_cast<std::int32_t>(packed & kWord);
-}
 
 }  // namespace
 
@@ -74,15 +65,6 @@ std::optional<int> MedianButton(std::int32_t useMedian) {
   return useMedian < 0 || useMedian > 2 ? std::nullopt : std::optional<int>(useMedian);
 }
 
-PackedRequest PackRequest(const DenoisePositions& positions) {
-  return {PackWords(positions[0], positions[1]), PackWords(positions[2], positions[3])};
-}
-
-DenoisePositions UnpackRequest(const PackedRequest& request) {
-  return {LowWord(request.strengths), LowWord(request.strengths >> 16U), LowWord(request.largeAndDynamics),
-          LowWord(request.largeAndDynamics >> 16U)};
-}
-
 double RunStrength(double strength) {
   return std::trunc(strength * kStepsPerUnit) / kStepsPerUnit;
 }
@@ -91,6 +73,14 @@ engine::DenoiseParameters RunParameters(engine::DenoiseParameters parameters) {
   parameters.m_dStrength = RunStrength(parameters.m_dStrength);
   parameters.m_dStrengthChroma = RunStrength(parameters.m_dStrengthChroma);
   parameters.m_dStrengthChromaLarge = RunStrength(parameters.m_dStrengthChromaLarge);
+  return parameters;
+}
+
+engine::DenoiseParameters PanelRunParameters(engine::DenoiseParameters parameters) {
+  for (const Slider slider : {Slider::kStrength, Slider::kStrengthChroma, Slider::kStrengthChromaLarge}) {
+    double& strength = parameters.*RowOf(slider).value;
+    strength = PositionOfValue(RowOf(slider), strength) / kStepsPerUnit;
+  }
   return parameters;
 }
 
@@ -114,10 +104,6 @@ std::wstring ImageInfoText(const ImageInfo& texts, const ImageInfo& labels) {
     if (!text.empty()) all += item.separator;
   }
   return base::CutText(all, base::kLongTextCapacity);
-}
-
-ImageInfo EnglishInfoLabels() {
-  return {L"Maker:", L"Type:", L"Resolution:", L"ISO:", L"FNumber:", L"Exposure:", L"Captured:"};
 }
 
 }  // namespace mirellon::profiles

@@ -91,20 +91,13 @@ void SetDefault(engine::DenoiseParameters& parameters);
 // value.
 [[nodiscard]] std::optional<int> MedianButton(std::int32_t useMedian);
 
-// The two parameters of the panel's request to denoise: positions of the first four sliders, 16 bits each.
-struct PackedRequest {
-  std::uint32_t strengths = 0;         // low: intensity; high: chromacity
-  std::uint32_t largeAndDynamics = 0;  // low: chromacity large; high: noise domination
-};
-using DenoisePositions = std::array<std::int32_t, 4>;  // in the order of kSliders
-[[nodiscard]] PackedRequest PackRequest(const DenoisePositions& positions);
-[[nodiscard]] DenoisePositions UnpackRequest(const PackedRequest& request);
-
-// A strength as a batch and a run on the whole picture from the panel hand it to the engine: times 20,
-// truncated to a whole number, divided by 20.
+// A strength as a batch hands it to the engine: times 20, truncated to a whole number, divided by 20.
 [[nodiscard]] double RunStrength(double strength);
 // The three strengths of a set put through it.
 [[nodiscard]] engine::DenoiseParameters RunParameters(engine::DenoiseParameters parameters);
+// What a run or preview from the panel uses: it reads the positions of the three strengths' sliders, in
+// twentieths, so that what is shown is what runs.
+[[nodiscard]] engine::DenoiseParameters PanelRunParameters(engine::DenoiseParameters parameters);
 
 // The texts and labels of the "Image Info" box.
 struct ImageInfo {
@@ -119,7 +112,5 @@ struct ImageInfo {
 // Each item is its label, two blanks and its text, then a line end, after ISO ", "; an empty text leaves only
 // the blanks. `labels` holds the labels ("Maker:" ... in the user's language).
 [[nodiscard]] std::wstring ImageInfoText(const ImageInfo& texts, const ImageInfo& labels);
-// The English ones.
-[[nodiscard]] ImageInfo EnglishInfoLabels();
 
 }  // namespace mirellon::profiles

@@ -90,14 +90,7 @@ TEST(SliderMathTest, SetDefaultLeavesPointsAndNoise) {
   for (const int median : {-1, 3}) EXPECT_EQ(MedianButton(median), std::nullopt);
 }
 
-TEST(SliderMathTest, RequestsPackSixteenBitsEach) {
-  const PackedRequest packed = PackRequest({20, 1000, 0x12345, 200});
-  EXPECT_EQ(packed.strengths, 0x03E80014U);
-  EXPECT_EQ(packed.largeAndDynamics, 0x00C82345U);
-  EXPECT_EQ(UnpackRequest(packed), (DenoisePositions{20, 1000, 0x2345, 200}));
-}
-
-TEST(SliderMathTest, RunsTakeStrengthsInTwentieths) {
+TEST(SliderMathTest, BatchesTakeStrengthsInTwentieths) {
   const double cases[][2] = {{0.0, 0.0},    {0.049, 0.0},   {0.05, 0.05},
                              {12.63, 12.6}, {12.65, 12.65}, {50.0, 50.0}};
   for (const auto& c : cases) EXPECT_EQ(RunStrength(c[0]), c[1]);
@@ -107,8 +100,25 @@ TEST(SliderMathTest, RunsTakeStrengthsInTwentieths) {
   EXPECT_TRUE(run.m_dDynamics == 0.333 && run.m_dSharp1 == 1.09 && run.m_dImmerkaerY == 9.99);
 }
 
+TEST(SliderMathTest, ThePanelRunsWhatItsSlidersShow) {
+  for (const Slider slider : {Slider::kStrength, Slider::kStrengthChroma, Slider::kStrengthChromaLarge}) {
+    const SliderRow& row = RowOf(slider);
+    for (std::int32_t position = row.minPosition; position <= row.maxPosition; ++position) {
+      engine::DenoiseParameters parameters;
+      parameters.*row.value = ValueOfPosition(row, position);
+      EXPECT_EQ(PanelRunParameters(parameters).*row.value, position / 20.0);
+    }
+  }
+  // Stored values stand between the positions or beside the slider.
+  const engine::DenoiseParameters run =
+      PanelRunParameters({100, 7.39, 0.5, 0.0, 0.333, 1.09, 1, 1, 9.99, 9.99, 1});
+  EXPECT_TRUE(run.m_dStrength == 7.4 && run.m_dStrengthChroma == 1.0 && run.m_dStrengthChromaLarge == 0.0);
+  EXPECT_TRUE(run.m_dDynamics == 0.333 && run.m_dSharp1 == 1.09 && run.m_dImmerkaerY == 9.99);
+}
+
 TEST(SliderMathTest, ImageInfoLeavesOutWhatIsNotKnown) {
-  const ImageInfo labels = EnglishInfoLabels();
+  const ImageInfo labels{L"Maker:",   L"Type:",     L"Resolution:", L"ISO:",
+                         L"FNumber:", L"Exposure:", L"Captured:"};
   EXPECT_EQ(
       ImageInfoText({L"Canon", L"EOS 5D", L"4368x2912", L"400", L"f 5.6", L"1/125 sec.", L"2004"}, labels),
       L"Maker:  Canon\nType:  EOS 5D\nResolution:  4368x2912\nISO:  400, FNumber:  f 5.6\n"

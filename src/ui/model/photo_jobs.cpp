@@ -68,7 +68,7 @@ std::optional<RunResult> RunOnWhole(engine::EngineContext& context, const Photog
   picture::CBxPicBufAPI::Copy(copy, *photograph.source);
   auto picture = std::make_shared<PicBuf>();
   if (copy.empty()) return std::nullopt;
-  const engine::DenoiseParameters used = profiles::RunParameters(wish.parameters);
+  const engine::DenoiseParameters used = profiles::PanelRunParameters(wish.parameters);
   engine::DenoiseRequest request = RequestOf(used, wish.quality, progress);
   request.source = &copy.record();
   request.destination = &picture->record();
@@ -85,7 +85,7 @@ std::optional<RunResult> RunOnWhole(engine::EngineContext& context, const Photog
 SharedDisplay MakePreview(engine::EngineContext& context, const Photograph& photograph,
                           const PreviewWish& wish, base::ProgressSink* progress) {
   const engine::PreviewRequest request{&photograph.source->record(), wish.rect,
-                                       profiles::RunParameters(wish.parameters), wish.quality, progress};
+                                       profiles::PanelRunParameters(wish.parameters), wish.quality, progress};
   PicBuf result;
   if (engine::DenoisePreview(context, request, result)) return nullptr;
   return MakeDisplay(result, photograph.look);

@@ -28,8 +28,8 @@ struct RunWish {
   bool fusion = false;  // with the card, the processor takes tiles, too
 };
 
-// Denoises and sharpens the whole photograph, strengths in the steps of profiles::RunParameters. Nothing when
-// stopped or without memory.
+// Denoises and sharpens the whole photograph, strengths as profiles::PanelRunParameters reads them. Nothing
+// when stopped or without memory.
 [[nodiscard]] std::optional<RunResult> RunOnWhole(engine::EngineContext& context,
                                                   const Photograph& photograph, const RunWish& wish,
                                                   base::ProgressSink* progress);
