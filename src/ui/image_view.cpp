@@ -16,11 +16,32 @@ namespace mirellon::ui {
 
 namespace {
 
-constexpr int kWheelStep = 120;   // what one notch of a wheel sends; finer devices send it in parts
-constexpr int kSplitReach = 6;    // device pixels either side of the line
-constexpr int kPaneGap = 4;       // device pixels between the panes
-constexpr int kEdgeReach = 6;     // logical pixels either side of an edge of the rectangle
-constexpr double kKeyStep = 0.1;  // of the rectangle's shorter side
+constexpr int kWheelStep = 120;      // what one notch of a wheel sends; finer devices send it in parts
+constexpr int kSplitReach = 6;       // device pixels either side of the line
+constexpr int kPaneGap = 4;          // device pixels between the panes
+constexpr int kEdgeReach = 6;        // logical pixels either side of an edge of the rectangle
+constexpr double kKeyStep = 0.1;     // of the rectangle's shorter side
+constexpr double kSplitStep = 0.05;  // of the view's width
+
+QPoint DirectionOf(int key) {
+  switch (key) {
+    case Qt::Key_Left:
+      return {-1, 0};
+    case Qt::Key_Right:
+      return {1, 0};
+    case Qt::Key_Up:
+      return {0, -1};
+    case Qt::Key_Down:
+      return {0, 1};
+    default:
+      return {};
+  }
+}
+
+bool Same(const std::optional<PictureRect>& a, const std::optional<PictureRect>& b) {
+  if (!a || !b) return a.has_value() == b.has_value();
+  return a->left == b->left && a->top == b->top && a->right == b->right && a->bottom == b->bottom;
+}
 
 Qt::CursorShape CursorOf(unsigned edges) {
   const bool across = (edges & (kLeftEdge | kRightEdge)) != 0;
@@ -299,6 +320,7 @@ void ImageView::mousePressEvent(QMouseEvent* event) {
 
 void ImageView::BeginGesture(const QPoint& at) {
   last_ = at;
+  before_ = rectangle_.rect();
   const QPoint picture = PicturePoint(at);
   if (OverSplit(at)) {
     gesture_ = Gesture::kSplit;
@@ -376,24 +398,55 @@ void ImageView::mouseReleaseEvent(QMouseEvent* event) {
     SetPicking(false);
     Redraw();
   }
-  const bool changed = ended == Gesture::kPickRectangle || ended == Gesture::kMoveRectangle ||
-                       ended == Gesture::kResizeRectangle;
-  if (changed) emit rectangleChanged();
+  // A click without a move leaves the preview as it is.
+  const bool moved = ended == Gesture::kMoveRectangle || ended == Gesture::kResizeRectangle;
+  if (ended == Gesture::kPickRectangle || (moved && !Same(before_, rectangle_.rect())))
+    emit rectangleChanged();
 }
 
-// What the pointer does with the preview rectangle: Shift and an arrow moves it, with Ctrl its lower right
-// corner.
+// ---- Keyboard ----
+
+// What the pointer does: Shift and an arrow moves the preview rectangle, with Ctrl its lower right corner;
+// Alt and an arrow moves the line of the split view; Return places a picked rectangle, Escape leaves the
+// picker.
 void ImageView::keyPressEvent(QKeyEvent* event) {
   const auto modifiers = event->modifiers() & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);
-  const bool resize = modifiers == (Qt::ShiftModifier | Qt::ControlModifier);
-  QPoint direction;
-  if (event->key() == Qt::Key_Left) direction = {-1, 0};
-  if (event->key() == Qt::Key_Right) direction = {1, 0};
-  if (event->key() == Qt::Key_Up) direction = {0, -1};
-  if (event->key() == Qt::Key_Down) direction = {0, 1};
-  if (direction.isNull() || !RectangleUsable() || (modifiers != Qt::ShiftModifier && !resize)) {
-    return QWidget::keyPressEvent(event);
+  const QPoint direction = DirectionOf(event->key());
+  bool done = false;
+  if (modifiers == Qt::NoModifier) {
+    done = PickByKey(event->key());
+  } else if (modifiers == Qt::AltModifier) {
+    done = MoveSplitByKey(direction);
+  } else if (modifiers == Qt::ShiftModifier || modifiers == (Qt::ShiftModifier | Qt::ControlModifier)) {
+    done = ChangeRectangleByKey(direction, modifiers.testFlag(Qt::ControlModifier));
   }
+  if (!done) QWidget::keyPressEvent(event);
+}
+
+bool ImageView::PickByKey(int key) {
+  if (key == Qt::Key_Escape) {
+    if (!picking_) emit stopRequested();
+    SetPicking(false);
+    return true;
+  }
+  if (!picking_ || locked_ || (key != Qt::Key_Return && key != Qt::Key_Enter)) return false;
+  const QPoint middle = PicturePoint({geometry_.viewWidth() / 2, geometry_.viewHeight() / 2});
+  rectangle_.PlaceAt(middle.x(), middle.y());
+  SetPicking(false);
+  Redraw();
+  emit rectangleChanged();
+  return true;
+}
+
+bool ImageView::MoveSplitByKey(const QPoint& direction) {
+  if (mode_ != ViewMode::kSplit || direction.x() == 0) return false;
+  split_ = std::clamp(split_ + kSplitStep * direction.x(), 0.0, 1.0);
+  Redraw();
+  return true;
+}
+
+bool ImageView::ChangeRectangleByKey(const QPoint& direction, bool resize) {
+  if (direction.isNull() || !RectangleUsable()) return false;
   const PictureRect rect = rectangle_.rect().value();
   const int shorter = std::min(rect.right - rect.left, rect.bottom - rect.top);
   const QPoint by = direction * std::max(1, static_cast<int>(std::lround(kKeyStep * shorter)));
@@ -402,9 +455,11 @@ void ImageView::keyPressEvent(QKeyEvent* event) {
   } else {
     rectangle_.MoveBy(by.x(), by.y());
   }
+  if (Same(rect, rectangle_.rect())) return true;  // at the photograph's edge
   emit rectangleMoving();
   Redraw();
   emit rectangleChanged();
+  return true;
 }
 
 void ImageView::mouseDoubleClickEvent(QMouseEvent* event) {

@@ -71,6 +71,7 @@ class ImageView : public QWidget {
   void rectangleMoving();   // and while it lasts
   void pickingChanged(bool picking);
   void originalHeld(bool held);
+  void stopRequested();  // by Escape, when there is nothing in the view to leave
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -92,6 +93,9 @@ class ImageView : public QWidget {
   void BeginGesture(const QPoint& at);
   void ContinueGesture(const QPoint& at);
   void UpdateCursor(const QPoint& at);
+  [[nodiscard]] bool PickByKey(int key);
+  [[nodiscard]] bool MoveSplitByKey(const QPoint& direction);
+  [[nodiscard]] bool ChangeRectangleByKey(const QPoint& direction, bool resize);
   [[nodiscard]] bool Usable() const { return !geometry_.empty() && !locked_; }
   [[nodiscard]] QPoint DevicePoint(const QPointF& position) const;  // in the pane under the pointer
   [[nodiscard]] QPoint PicturePoint(const QPoint& device) const;
@@ -116,9 +120,10 @@ class ImageView : public QWidget {
   unsigned edges_ = kNoEdge;  // being dragged
   double split_ = 0.5;        // of the view's width
   Gesture gesture_ = Gesture::kNone;
-  QPoint last_;    // pointer, device pixels
-  QPoint anchor_;  // where a picked rectangle began, picture coordinates
-  int wheel_ = 0;  // not yet a whole step
+  QPoint last_;                        // pointer, device pixels
+  QPoint anchor_;                      // where a picked rectangle began, picture coordinates
+  std::optional<PictureRect> before_;  // the rectangle as the gesture found it
+  int wheel_ = 0;                      // not yet a whole step
 };
 
 }  // namespace mirellon::ui

@@ -105,6 +105,44 @@ TEST_F(ImageViewTest, ResizesTheRectangleByEdgeAndByKeyboard) {
   EXPECT_EQ(changed.count(), 4);
 }
 
+TEST_F(ImageViewTest, AClickOnTheRectangleChangesNothing) {
+  view.PlaceRectangle();
+  QSignalSpy changed(&view, &ImageView::rectangleChanged);
+  QTest::mouseClick(&view, Qt::LeftButton, {}, {300, 200});
+  QTest::mouseDClick(&view, Qt::LeftButton, {}, {140, 200});
+  EXPECT_EQ(changed.count(), 0);
+}
+
+TEST_F(ImageViewTest, PicksSplitsAndStopsByKeyboard) {
+  QSignalSpy stops(&view, &ImageView::stopRequested);
+  QSignalSpy changed(&view, &ImageView::rectangleChanged);
+  view.SetPicking(true);
+  QTest::keyClick(&view, Qt::Key_Escape);
+  EXPECT_FALSE(view.picking());
+  EXPECT_EQ(stops.count(), 0);
+  QTest::keyClick(&view, Qt::Key_Escape);
+  EXPECT_EQ(stops.count(), 1);
+  QTest::keyClick(&view, Qt::Key_Return);
+  EXPECT_EQ(changed.count(), 0);
+  view.SetPicking(true);
+  QTest::keyClick(&view, Qt::Key_Return);
+  EXPECT_FALSE(view.picking());
+  ASSERT_EQ(changed.count(), 1);
+  EXPECT_NEAR(view.rectangle().rect()->left, 280, 1) << "in the middle of what is seen";
+
+  view.ShowPhotograph(MakeDisplay(test::ConstantPicture(600, 400, 3, 8, 200)));
+  view.ShowResult(MakeDisplay(test::ConstantPicture(600, 400, 3, 8, 100)));
+  const auto greyAt = [this](int x) { return view.grab().toImage().pixelColor(x, 300).red(); };
+  QTest::keyClick(&view, Qt::Key_Right, Qt::AltModifier);
+  view.SetMode(ViewMode::kSplit);
+  EXPECT_EQ(greyAt(320), 100);
+  QTest::keyClick(&view, Qt::Key_Right, Qt::AltModifier);
+  EXPECT_EQ(greyAt(320), 200);
+  EXPECT_EQ(greyAt(335), 100);
+  for (int i = 0; i < 30; ++i) QTest::keyClick(&view, Qt::Key_Left, Qt::AltModifier);
+  EXPECT_EQ(greyAt(5), 100) << "as far as the view's edge";
+}
+
 TEST_F(ImageViewTest, NamesTheSidesOfAComparison) {
   view.SetLabels({QStringLiteral("before"), QStringLiteral("after"), QStringLiteral("between")});
   view.ShowPhotograph(MakeDisplay(test::ConstantPicture(1200, 800, 3, 8, 200)));
