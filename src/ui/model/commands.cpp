@@ -8,10 +8,12 @@ namespace mirellon::ui {
 namespace {
 
 enum class Need {
-  kAlways,      // also while the window is busy
-  kIdle,        // not while it is busy
-  kIdleOrLoad,  // nor while a photograph is loaded, but it may be replaced by another one
-  kImage,       // a photograph and an idle window
+  kAlways,       // also while the window is busy
+  kIdle,         // not while it is busy
+  kIdleOrLoad,   // nor while a photograph is loaded, but it may be replaced by another one
+  kImage,        // a photograph and an idle window
+  kImageOrLoad,  // a photograph, or one on its way
+  kView,         // a photograph, while it is read or written too
   kUndo,
   kRedo,
 };
@@ -29,24 +31,24 @@ constexpr std::array kRows{
     Row{Command::kHelp, Need::kIdleOrLoad},
     Row{Command::kClose, Need::kImage},
     Row{Command::kVisitWebSite, Need::kIdleOrLoad},
-    Row{Command::kZoomIn, Need::kImage},
-    Row{Command::kZoomOut, Need::kImage},
-    Row{Command::kZoom100, Need::kImage},
-    Row{Command::kMoveLeft, Need::kImage},
-    Row{Command::kMoveRight, Need::kImage},
+    Row{Command::kZoomIn, Need::kView},
+    Row{Command::kZoomOut, Need::kView},
+    Row{Command::kZoom100, Need::kView},
+    Row{Command::kMoveLeft, Need::kView},
+    Row{Command::kMoveRight, Need::kView},
     Row{Command::kDenoise, Need::kImage},
     Row{Command::kBatch, Need::kIdle},
-    Row{Command::kMoveUp, Need::kImage},
-    Row{Command::kMoveDown, Need::kImage},
+    Row{Command::kMoveUp, Need::kView},
+    Row{Command::kMoveDown, Need::kView},
     Row{Command::kOptions, Need::kIdleOrLoad},
-    Row{Command::kPreviousImage, Need::kIdleOrLoad},
-    Row{Command::kNextImage, Need::kIdleOrLoad},
-    Row{Command::kZoomFit, Need::kImage},
+    Row{Command::kPreviousImage, Need::kImageOrLoad},
+    Row{Command::kNextImage, Need::kImageOrLoad},
+    Row{Command::kZoomFit, Need::kView},
     Row{Command::kDenoiseFast, Need::kImage},
-    Row{Command::kPicker, Need::kImage},
+    Row{Command::kPicker, Need::kView},
     Row{Command::kUndo, Need::kUndo},
     Row{Command::kRedo, Need::kRedo},
-    Row{Command::kShowOriginal, Need::kImage},
+    Row{Command::kShowOriginal, Need::kView},
     Row{Command::kViewSingle, Need::kAlways},
     Row{Command::kViewSplit, Need::kAlways},
     Row{Command::kViewSideBySide, Need::kAlways},
@@ -79,6 +81,11 @@ bool CommandEnabled(Command command, const CommandContext& context) {
       return idle || context.activity == Activity::kLoading;
     case Need::kImage:
       return idle && context.image;
+    case Need::kImageOrLoad:
+      return context.activity == Activity::kLoading || (idle && context.image);
+    case Need::kView:
+      return context.image && context.activity != Activity::kDenoising &&
+             context.activity != Activity::kBatch;
     case Need::kUndo:
       return idle && context.image && context.undo;
     case Need::kRedo:

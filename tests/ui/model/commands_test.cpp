@@ -20,9 +20,8 @@ const std::set<Command> kViews{
     Command::kSchemeLight, Command::kSchemeDark, Command::kSchemeContrast, Command::kColourManagement};
 
 TEST(CommandsTest, WithoutAPhotographOnlyWhatNeedsNoneCanBeUsed) {
-  std::set<Command> expected{Command::kOpen,      Command::kOptions,       Command::kBatch,
-                             Command::kHelp,      Command::kExit,          Command::kAbout,
-                             Command::kNextImage, Command::kPreviousImage, Command::kVisitWebSite};
+  std::set<Command> expected{Command::kOpen, Command::kOptions, Command::kBatch,       Command::kHelp,
+                             Command::kExit, Command::kAbout,   Command::kVisitWebSite};
   expected.insert(kViews.begin(), kViews.end());
   EXPECT_EQ(Usable({}), expected);
 }
@@ -34,15 +33,24 @@ TEST(CommandsTest, WithAPhotographEverythingCanBeUsed) {
 }
 
 TEST(CommandsTest, WhileBusyOnlyTheViewCanBeChanged) {
-  for (const Activity activity : {Activity::kDenoising, Activity::kSaving, Activity::kBatch}) {
+  for (const Activity activity : {Activity::kDenoising, Activity::kBatch}) {
     EXPECT_EQ(Usable({true, activity, true, true}), kViews);
   }
+  std::set<Command> saving{Command::kZoomIn,   Command::kZoomOut,     Command::kZoom100, Command::kZoomFit,
+                           Command::kMoveLeft, Command::kMoveRight,   Command::kMoveUp,  Command::kMoveDown,
+                           Command::kPicker,   Command::kShowOriginal};
+  saving.insert(kViews.begin(), kViews.end());
+  EXPECT_EQ(Usable({true, Activity::kSaving, true, true}), saving);
+  EXPECT_EQ(Usable({false, Activity::kSaving, true, true}), kViews);
 }
 
 TEST(CommandsTest, ALoadMayBeReplacedByAnother) {
   const CommandContext loading{true, Activity::kLoading, true, true};
   EXPECT_TRUE(CommandEnabled(Command::kOpen, loading));
   EXPECT_TRUE(CommandEnabled(Command::kNextImage, loading));
+  EXPECT_TRUE(CommandEnabled(Command::kZoomIn, loading)) << "of the one before";
+  EXPECT_FALSE(CommandEnabled(Command::kZoomIn, {false, Activity::kLoading, false, false}));
+  EXPECT_TRUE(CommandEnabled(Command::kNextImage, {false, Activity::kLoading, false, false}));
   EXPECT_FALSE(CommandEnabled(Command::kDenoise, loading));
   EXPECT_FALSE(CommandEnabled(Command::kSaveAs, loading));
   EXPECT_FALSE(CommandEnabled(Command::kBatch, loading));
