@@ -272,6 +272,8 @@ constexpr std::array kOwnTexts = std::to_array<TextRow>({
     {329, L"Usual Text Size"},
     {330, L"Original"},
     {331, L"Denoised"},
+    {340, L"The first setting of all stays"},
+    {341, L"Progress"},
 });
 
 constexpr bool Ascending(std::span<const TextRow> rows, int first, int last) {

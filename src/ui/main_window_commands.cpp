@@ -140,11 +140,13 @@ void MainWindow::CloseImage() {
 // ---- Denoising and saving ----
 
 void MainWindow::Denoise(std::uint32_t quality) {
+  panel_->Commit();
   workbench_.Denoise(
       {panel_->parameters(), quality, context_.loaded.hwAccel != 0, context_.loaded.fusion != 0});
 }
 
 void MainWindow::SaveAs() {
+  panel_->Commit();
   const DocumentSession& session = workbench_.session();
   if (!session.hasImage()) return;
   const bool current = session.ResultIsOf(panel_->parameters(), panel_->quality()) ||

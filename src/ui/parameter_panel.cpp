@@ -52,6 +52,7 @@ ParameterPanel::ParameterPanel(DesktopContext& context, const Texts& texts, QWid
 void ParameterPanel::ShowPhotograph(const Photograph& photograph) {
   exif_ = photograph.exif;
   model_.ShowPhotograph(photograph);
+  pause_.stop();
   const QString info = QString::fromStdWString(InfoText(exif_, context_.localization));
   info_->setText(info.trimmed().isEmpty() ? texts_(33) : info);
   infoBox_->show();
@@ -106,6 +107,11 @@ std::uint32_t ParameterPanel::quality() const {
 
 // ---- Changes ----
 
+void ParameterPanel::Commit() {
+  for (ParameterRow* row : rows_) row->Commit();
+  if (pause_.isActive()) Settle();
+}
+
 void ParameterPanel::Settle() {
   pause_.stop();
   model_.Record();
@@ -115,6 +121,7 @@ void ParameterPanel::Settle() {
 
 void ParameterPanel::SetDefault() {
   if (running_) return;
+  Commit();
   model_.SetDefault();
   ShowParameters();
   emit historyChanged();
@@ -122,17 +129,13 @@ void ParameterPanel::SetDefault() {
 }
 
 void ParameterPanel::Undo() {
-  if (!model_.Undo()) return;
-  ShowParameters();
-  emit historyChanged();
-  emit previewWished();
+  Commit();
+  if (model_.Undo()) FollowChoice();
 }
 
 void ParameterPanel::Redo() {
-  if (!model_.Redo()) return;
-  ShowParameters();
-  emit historyChanged();
-  emit previewWished();
+  Commit();
+  if (model_.Redo()) FollowChoice();
 }
 
 void ParameterPanel::ChooseQuality(int index) {
@@ -153,6 +156,7 @@ void ParameterPanel::SetManual(bool shown) {
 // ---- Keeping and deleting ----
 
 void ParameterPanel::Keep() {
+  Commit();
   const auto name = context_.dialogs.AskProfileName(
       {{camera_->currentText().toStdWString(), iso_->currentText().toStdWString()}, exif_});
   if (!name) return;
@@ -169,8 +173,8 @@ void ParameterPanel::Delete() {
   const QString question =
       QStringLiteral("%1\n\n%2\n%3\n%4").arg(texts_(137), texts_(138), texts_(139), texts_(140));
   const auto answer =
-      context_.dialogs.AskChoice(question.toStdWString(), texts_(text::kWarning).toStdWString(),
-                                 {texts_(253).toStdWString(), texts_(254).toStdWString()});
+      context_.dialogs.AskCarefully(question.toStdWString(), texts_(text::kWarning).toStdWString(),
+                                    {texts_(253).toStdWString(), texts_(254).toStdWString()});
   if (!answer) return;
   if (model_.Delete(*answer == 0 ? PanelModel::Scope::kCamera : PanelModel::Scope::kIso)) {
     context_.dialogs.ShowMessage(texts_(141).toStdWString(), texts_(text::kWarning).toStdWString(),
@@ -183,8 +187,10 @@ void ParameterPanel::Delete() {
 // ---- States ----
 
 void ParameterPanel::SetRunning(bool running, bool denoised) {
+  const QWidget* focus = window()->focusWidget();
+  // What has the focus is about to be disabled, and the keyboard wants to abort, if anything.
+  if (running && !running_ && focus != nullptr && isAncestorOf(focus)) denoise_->setFocus();
   running_ = running;
-  denoised_ = denoised;
   const int caption = running ? text::kAbort : denoised ? 144 : text::kDenoise;
   denoise_->setText(texts_(caption));
   progress_->setVisible(running);
@@ -201,16 +207,22 @@ void ParameterPanel::ShowProgress(int permille) {
   if (running_) progress_->setValue(permille);
 }
 
+void ParameterPanel::SetUse(QWidget* widget, const QString& toolTip, const QString& reason) {
+  widget->setEnabled(reason.isEmpty());
+  const bool both = !toolTip.isEmpty() && !reason.isEmpty();
+  widget->setToolTip(both ? toolTip + QLatin1Char('\n') + reason : toolTip + reason);
+}
+
 void ParameterPanel::UpdateEnabled() {
-  const bool free = !running_;
-  for (QWidget* widget :
-       {static_cast<QWidget*>(camera_), static_cast<QWidget*>(iso_), static_cast<QWidget*>(manual_),
-        static_cast<QWidget*>(manualLabel_), manualControls_, static_cast<QWidget*>(setDefault_)}) {
-    widget->setEnabled(free);
+  const QString busy = running_ ? texts_(text::kBusy) : QString();
+  for (QWidget* widget : {profileRows_, static_cast<QWidget*>(infoBox_), manualSwitch_, manualControls_,
+                          static_cast<QWidget*>(setDefault_)}) {
+    SetUse(widget, {}, busy);
   }
-  keep_->setEnabled(free && usable_);
-  delete_->setEnabled(free && model_.CanDelete());
-  denoise_->setEnabled(running_ || usable_);
+  const QString unusable = texts_(infoBox_->isHidden() ? text::kNeedsPhotograph : text::kBusy);
+  SetUse(keep_, texts_(145), !busy.isEmpty() || usable_ ? busy : unusable);
+  SetUse(delete_, texts_(146), !busy.isEmpty() || model_.CanDelete() ? busy : texts_(text::kCannotDelete));
+  SetUse(denoise_, {}, running_ || usable_ ? QString() : unusable);
 }
 
 }  // namespace mirellon::ui

@@ -28,6 +28,8 @@ class ParameterPanel : public QWidget {
 
   void ShowPhotograph(const Photograph& photograph);
   void ShowNothing();
+  // What was typed or stepped counts from now on, as before everything that reads the parameters.
+  void Commit();
   // Writes the profile file, as every way of closing the panel does.
   void Finish();
 
@@ -49,6 +51,9 @@ class ParameterPanel : public QWidget {
   void abortRequested();
   void historyChanged();
 
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  private:
   // parameter_panel_build.cpp
   void Build();
@@ -60,6 +65,8 @@ class ParameterPanel : public QWidget {
   void AddQuality(QGroupBox* group);
   [[nodiscard]] QWidget* BuildFooter();
   void Connect();
+  // As wide as the content needs.
+  void FitWidth();
 
   // parameter_panel.cpp
   void ShowCameras();
@@ -73,6 +80,8 @@ class ParameterPanel : public QWidget {
   void SetManual(bool shown);
   void ChooseQuality(int index);
   void UpdateEnabled();
+  // `reason` is why it cannot be used; empty: it can.
+  void SetUse(QWidget* widget, const QString& toolTip, const QString& reason);
 
   DesktopContext& context_;
   Texts texts_;
@@ -80,18 +89,19 @@ class ParameterPanel : public QWidget {
   imageio::ExifSummary exif_;
   bool usable_ = false;
   bool running_ = false;
-  bool denoised_ = false;
 
   QScrollArea* scroll_ = nullptr;
   QWidget* content_ = nullptr;
+  QWidget* footer_ = nullptr;
+  QWidget* profileRows_ = nullptr;
   QComboBox* camera_ = nullptr;
   QComboBox* iso_ = nullptr;
   QToolButton* keep_ = nullptr;
   QToolButton* delete_ = nullptr;
   QGroupBox* infoBox_ = nullptr;
   QLabel* info_ = nullptr;
+  QWidget* manualSwitch_ = nullptr;
   QToolButton* manual_ = nullptr;
-  QLabel* manualLabel_ = nullptr;
   QWidget* manualControls_ = nullptr;
   std::vector<ParameterRow*> rows_;
   QButtonGroup* artefacts_ = nullptr;
@@ -99,7 +109,7 @@ class ParameterPanel : public QWidget {
   QPushButton* setDefault_ = nullptr;
   QPushButton* denoise_ = nullptr;
   QProgressBar* progress_ = nullptr;
-  QTimer pause_;  // a knob that is held still asks for a preview, too
+  QTimer pause_;  // ends a row of steps; a knob that is held still asks for a preview, too
 };
 
 }  // namespace mirellon::ui

@@ -3,13 +3,17 @@
 #include <QHBoxLayout>
 #include <QRadioButton>
 #include <QScreen>
+#include <QScrollBar>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <array>
+#include <initializer_list>
 
 #include "skin/icon_engine.h"
 #include "skin/skin_style.h"
+#include "ui/measures.h"
 #include "ui/parameter_panel.h"
+#include "ui/still_wheel.h"
 
 namespace mirellon::ui {
 
@@ -20,6 +24,7 @@ constexpr int kPanelCharacters = 46;  // where they are larger than usual
 constexpr int kInside = 8;
 constexpr int kBetweenGroups = 16;
 constexpr int kBesideScrollBar = 4;  // with the bar as much as on the left
+constexpr int kLeastIcon = 16;
 constexpr int kPauseMs = 150;
 
 // In the order of the sliders.
@@ -39,12 +44,6 @@ QIcon Icon(const char* name) {
   return skin::StrokeIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(name)));
 }
 
-// With large text wider, as far as it leaves the photograph its half.
-int WidthFor(const QWidget& panel) {
-  const int wanted = std::max(kPanelWidth, panel.fontMetrics().averageCharWidth() * kPanelCharacters);
-  return std::min(wanted, std::max(kPanelWidth, panel.screen()->availableGeometry().width() / 2));
-}
-
 // Some texts say with ";" where a list may break them.
 QString InOneLine(QString text) {
   return text.replace(QLatin1Char(';'), QLatin1Char(' '));
@@ -54,12 +53,12 @@ QString InOneLine(QString text) {
 
 void ParameterPanel::Build() {
   setObjectName(QStringLiteral("parameterPanel"));
-  setFixedWidth(WidthFor(*this));
   content_ = new QWidget;
   auto* column = new QVBoxLayout(content_);
   column->setContentsMargins(kBetweenGroups, kBetweenGroups, kBesideScrollBar, kInside);
   column->setSpacing(kBetweenGroups);
-  column->addWidget(BuildProfileRows());
+  profileRows_ = BuildProfileRows();
+  column->addWidget(profileRows_);
   infoBox_ = new QGroupBox(texts_(131), content_);
   infoBox_->setObjectName(QStringLiteral("imageInfoBox"));
   info_ = new QLabel(infoBox_);
@@ -71,13 +70,14 @@ void ParameterPanel::Build() {
   infoColumn->setContentsMargins(0, kInside, 0, 0);
   infoColumn->addWidget(info_);
   column->addWidget(infoBox_);
-  column->addWidget(BuildManualSwitch());
+  manualSwitch_ = BuildManualSwitch();
+  column->addWidget(manualSwitch_);
   column->addWidget(BuildManualControls());
   column->addStretch(1);
 
   scroll_ = new QScrollArea(this);
   scroll_->setFrameShape(QFrame::NoFrame);
-  scroll_->setFocusPolicy(Qt::NoFocus);  // it could not show that it has it
+  scroll_->setFocusPolicy(Qt::NoFocus);  // what is in it has the focus, and brings itself into view
   scroll_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);  // empty, it is not to be seen
   scroll_->setWidgetResizable(true);
   scroll_->setWidget(content_);
@@ -85,7 +85,10 @@ void ParameterPanel::Build() {
   whole->setContentsMargins(0, 0, 0, 0);
   whole->setSpacing(0);
   whole->addWidget(scroll_, 1);
-  whole->addWidget(BuildFooter());
+  footer_ = BuildFooter();
+  whole->addWidget(footer_);
+  content_->installEventFilter(this);
+  FitWidth();
   pause_.setSingleShot(true);
   pause_.setInterval(kPauseMs);
 }
@@ -99,20 +102,22 @@ QWidget* ParameterPanel::BuildProfileRows() {
   camera_->setObjectName(QStringLiteral("cameraList"));
   camera_->setToolTip(texts_(251));
   camera_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-  camera_->setFocusPolicy(Qt::StrongFocus);
+  camera_->setAccessibleName(texts_(130));
+  KeepFromWheel(*camera_);
   iso_ = new QComboBox(rows);
   iso_->setObjectName(QStringLiteral("isoList"));
   iso_->setToolTip(texts_(251));
-  iso_->setFocusPolicy(Qt::StrongFocus);
+  iso_->setAccessibleName(texts_(250));
+  KeepFromWheel(*iso_);
   keep_ = new QToolButton(rows);
   keep_->setObjectName(QStringLiteral("saveSetting"));
   keep_->setIcon(Icon("SETTINGS_SAVE"));
-  keep_->setToolTip(texts_(145));
+  keep_->setIconSize(IconSize(*this, kLeastIcon));
   keep_->setAccessibleName(texts_(123));
   delete_ = new QToolButton(rows);
   delete_->setObjectName(QStringLiteral("deleteSetting"));
   delete_->setIcon(Icon("SETTINGS_DELETE"));
-  delete_->setToolTip(texts_(146));
+  delete_->setIconSize(IconSize(*this, kLeastIcon));
   delete_->setAccessibleName(texts_(124));
   auto* cameraLabel = new QLabel(texts_(130), rows);
   cameraLabel->setBuddy(camera_);
@@ -135,13 +140,14 @@ QWidget* ParameterPanel::BuildManualSwitch() {
   row->setSpacing(kInside);
   manual_ = new QToolButton(line);
   manual_->setObjectName(QStringLiteral("manualTuning"));
+  manual_->setIconSize(IconSize(*this, kLeastIcon));
   manual_->setCheckable(true);
   manual_->setAccessibleName(texts_(147));
-  manualLabel_ = new QLabel(QStringLiteral("%1\n%2").arg(texts_(147), texts_(149)), line);
-  manualLabel_->setObjectName(QStringLiteral("manualTuningLabel"));
-  manualLabel_->setBuddy(manual_);
+  auto* label = new QLabel(QStringLiteral("%1\n%2").arg(texts_(147), texts_(149)), line);
+  label->setObjectName(QStringLiteral("manualTuningLabel"));
+  label->setBuddy(manual_);
   row->addWidget(manual_);
-  row->addWidget(manualLabel_, 1);
+  row->addWidget(label, 1);
   return line;
 }
 
@@ -183,6 +189,7 @@ void ParameterPanel::AddArtefacts(QGroupBox* group) {
   for (int mode = 0; mode < 3; ++mode) {
     auto* button = new QRadioButton(texts_(151 + mode), group);
     button->setObjectName(QStringLiteral("artefacts%1").arg(mode));
+    button->setAccessibleDescription(texts_(150));
     artefacts_->addButton(button, mode);
     column->addWidget(button);
   }
@@ -196,7 +203,8 @@ void ParameterPanel::AddQuality(QGroupBox* group) {
   quality_->setObjectName(QStringLiteral("qualityList"));
   quality_->addItems({InOneLine(texts_(35)), InOneLine(texts_(32)), InOneLine(texts_(36))});
   quality_->setCurrentIndex(context_.settings.GetNumber(settings::Setting::kQuality) - 1);
-  quality_->setFocusPolicy(Qt::StrongFocus);
+  quality_->setAccessibleName(texts_(68));
+  KeepFromWheel(*quality_);
   auto* caption = new QLabel(texts_(68), group);
   caption->setBuddy(quality_);
   row->addWidget(caption);
@@ -213,6 +221,7 @@ QWidget* ParameterPanel::BuildFooter() {
   setDefault_->setObjectName(QStringLiteral("setDefault"));
   progress_ = new QProgressBar(footer);
   progress_->setObjectName(QStringLiteral("progress1037"));
+  progress_->setAccessibleName(texts_(text::kProgress));
   progress_->setRange(0, 1000);
   progress_->setTextVisible(false);
   progress_->setFixedHeight(8);
@@ -229,12 +238,33 @@ QWidget* ParameterPanel::BuildFooter() {
   return footer;
 }
 
+void ParameterPanel::FitWidth() {
+  const int content = content_->minimumSizeHint().width() + scroll_->verticalScrollBar()->sizeHint().width();
+  const int needed = std::max(content, footer_->minimumSizeHint().width());
+  const int wanted = std::max({kPanelWidth, fontMetrics().averageCharWidth() * kPanelCharacters, needed});
+  // The photograph keeps its half; then the content scrolls across.
+  const int width = std::min(wanted, std::max(kPanelWidth, screen()->availableGeometry().width() / 2));
+  if (width != minimumWidth() || width != maximumWidth()) setFixedWidth(width);
+}
+
+bool ParameterPanel::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == content_ && event->type() == QEvent::LayoutRequest) FitWidth();
+  return QWidget::eventFilter(watched, event);
+}
+
 void ParameterPanel::Connect() {
+  // The pointer does not take the focus from the photograph, whose arrow and page keys go on working.
+  for (QWidget* widget : std::initializer_list<QWidget*>{camera_, iso_, quality_, keep_, delete_, manual_,
+                                                         setDefault_, denoise_}) {
+    widget->setFocusPolicy(Qt::TabFocus);
+  }
   connect(camera_, &QComboBox::activated, this, [this](int index) {
+    Commit();
     model_.SelectCamera(static_cast<std::uint32_t>(index));
     FollowChoice();
   });
   connect(iso_, &QComboBox::activated, this, [this](int index) {
+    Commit();
     model_.SelectIso(static_cast<std::uint32_t>(index));
     FollowChoice();
   });
@@ -249,7 +279,15 @@ void ParameterPanel::Connect() {
     model_.SetArtefacts(mode);
     Settle();
   });
-  connect(&pause_, &QTimer::timeout, this, &ParameterPanel::previewWished);
+  connect(&pause_, &QTimer::timeout, this, [this] {
+    const bool held =
+        std::any_of(rows_.begin(), rows_.end(), [](const auto* row) { return row->sliderHeld(); });
+    if (held) {
+      emit previewWished();
+    } else {
+      Settle();
+    }
+  });
   connect(quality_, &QComboBox::activated, this, &ParameterPanel::ChooseQuality);
   connect(keep_, &QToolButton::clicked, this, &ParameterPanel::Keep);
   connect(delete_, &QToolButton::clicked, this, &ParameterPanel::Delete);

@@ -1,9 +1,9 @@
 #include "ui/parameter_row.h"
 
 #include <QEvent>
-#include <QFontDatabase>
 #include <QGridLayout>
 
+#include "ui/measures.h"
 #include "ui/model/typed_value.h"
 
 namespace mirellon::ui {
@@ -41,8 +41,10 @@ ParameterRow::ParameterRow(const profiles::SliderRow& row, int caption, const ch
   caption_->setBuddy(slider_);
   caption_->setWordWrap(true);
   value_->setObjectName(QStringLiteral("value.") + field);
+  value_->setAccessibleName(texts(caption));
   value_->setAlignment(Qt::AlignRight);
-  value_->setFixedWidth(value_->fontMetrics().horizontalAdvance(QStringLiteral("-00.00")) + 16);
+  value_->setAcceptDrops(false);  // a photograph dropped here is the window's
+  FitValue();
   slider_->setObjectName(QStringLiteral("slider.") + field);
   slider_->setRange(row.minPosition, row.maxPosition);
   slider_->setSingleStep(1);
@@ -59,7 +61,7 @@ ParameterRow::ParameterRow(const profiles::SliderRow& row, int caption, const ch
   grid->setColumnStretch(0, 1);
   connect(slider_, &QSlider::actionTriggered, this, &ParameterRow::FollowAction);
   connect(slider_, &QSlider::sliderReleased, this, &ParameterRow::settled);
-  connect(value_, &QLineEdit::editingFinished, this, &ParameterRow::TakeTyped);
+  connect(value_, &QLineEdit::editingFinished, this, &ParameterRow::Commit);
 }
 
 void ParameterRow::ShowValue(double value) {
@@ -68,6 +70,7 @@ void ParameterRow::ShowValue(double value) {
 }
 
 void ParameterRow::ShowLabel(double value) {
+  shown_ = value;
   value_->setText(QString::fromStdWString(profiles::ValueLabel(row_, value)));
   value_->setModified(false);
 }
@@ -78,20 +81,29 @@ void ParameterRow::FollowAction(int action) {
   slider_->setSliderPosition(move.position);
   ShowLabel(move.value);
   emit moved(move.value);
-  // A drag is complete when the knob is let go.
-  if (!slider_->isSliderDown()) emit settled();
 }
 
-void ParameterRow::TakeTyped() {
+void ParameterRow::Commit() {
   if (!value_->isModified()) return;
   const std::optional<double> value = TypedValue(row_, value_->text().toStdString());
-  Give(value.value_or(profiles::ValueOfPosition(row_, slider_->value())));
+  if (value) return Give(*value);
+  ShowLabel(shown_);
 }
 
 void ParameterRow::Give(double value) {
   ShowValue(value);
   emit moved(value);
   emit settled();
+}
+
+void ParameterRow::FitValue() {
+  value_->setFont(TabularFont(font()));
+  value_->setFixedWidth(value_->fontMetrics().horizontalAdvance(QStringLiteral("-00.00")) + 16);
+}
+
+void ParameterRow::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::FontChange) FitValue();
+  QWidget::changeEvent(event);
 }
 
 bool ParameterRow::eventFilter(QObject* watched, QEvent* event) {

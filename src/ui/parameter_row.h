@@ -23,22 +23,27 @@ class ParameterRow : public QWidget {
 
   // Shows the value itself, the slider as near to it as it can.
   void ShowValue(double value);
+  // Takes what was typed and not yet confirmed.
+  void Commit();
+  [[nodiscard]] bool sliderHeld() const { return slider_->isSliderDown(); }
   [[nodiscard]] const profiles::SliderRow& row() const { return row_; }
 
  signals:
-  void moved(double value);  // for every change while it lasts
-  void settled();            // the change is complete
+  void moved(double value);  // for every change while it lasts; steps of keys and wheel tell no end
+  void settled();            // the change is complete: let go, typed or reset
 
  protected:
+  void changeEvent(QEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void ShowLabel(double value);
+  void FitValue();
   void FollowAction(int action);
-  void TakeTyped();
   void Give(double value);
 
   const profiles::SliderRow& row_;
+  double shown_ = 0.0;
   QLabel* caption_;
   QLineEdit* value_;
   QSlider* slider_;

@@ -25,6 +25,7 @@ StatusLine::StatusLine(const Texts& texts, QWidget* parent)
   setContentsMargins(8, 0, 8, 0);
   hint_->setObjectName(QStringLiteral("hint"));
   bar_->setObjectName(QStringLiteral("statusProgress"));
+  bar_->setAccessibleName(texts(text::kProgress));
   bar_->setRange(0, 1000);
   bar_->setTextVisible(false);
   bar_->setFixedSize(140, 8);
@@ -105,7 +106,7 @@ void StatusLine::UpdateHint() {
   } else {
     hint_->setText(note_.isEmpty() ? hintText_ : note_);
   }
-  hint_->setToolTip(hint_->text());
+  hint_->setToolTip(PlainToolTip(hint_->text()));
 }
 
 }  // namespace mirellon::ui

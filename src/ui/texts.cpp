@@ -1,6 +1,7 @@
 #include "ui/texts.h"
 
 #include <QFile>
+#include <QTextDocument>
 #include <string>
 
 #include "base/text.h"
@@ -10,6 +11,10 @@ namespace mirellon::ui {
 QString ShownName(const std::filesystem::path& file) {
   const std::filesystem::path name = file.has_filename() ? file.filename() : file;
   return QString::fromStdString(base::PrintableName(name.native()));
+}
+
+QString PlainToolTip(const QString& text) {
+  return Qt::mightBeRichText(text) ? QStringLiteral("<span>%1</span>").arg(text.toHtmlEscaped()) : text;
 }
 
 std::filesystem::path PathOf(const QString& text) {

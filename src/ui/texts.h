@@ -95,6 +95,8 @@ inline constexpr int kSettingsNotStored = 306;
 inline constexpr int kMetadataNotCopied = 307;
 inline constexpr int kOriginal = 330;
 inline constexpr int kDenoised = 331;
+inline constexpr int kCannotDelete = 340;
+inline constexpr int kProgress = 341;
 }  // namespace text
 
 class Texts {
@@ -111,6 +113,8 @@ class Texts {
 
 // A file's name for messages, and its whole path for the system. Names need not be UTF-8.
 [[nodiscard]] QString ShownName(const std::filesystem::path& file);
+// A tooltip shows it as it is, even where it looks like rich text.
+[[nodiscard]] QString PlainToolTip(const QString& text);
 [[nodiscard]] std::filesystem::path PathOf(const QString& text);
 [[nodiscard]] QString TextOf(const std::filesystem::path& path);
 

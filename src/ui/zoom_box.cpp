@@ -5,6 +5,7 @@
 
 #include "ui/model/view_geometry.h"
 #include "ui/model/view_texts.h"
+#include "ui/still_wheel.h"
 
 namespace mirellon::ui {
 
@@ -14,15 +15,24 @@ ZoomBox::ZoomBox(QWidget* parent) : QComboBox(parent) {
   setInsertPolicy(NoInsert);
   setCompleter(nullptr);
   for (const double percent : kZoomList) addItem(QString::fromStdString(ZoomText(percent / 100.0)));
+  lineEdit()->setAcceptDrops(false);  // a photograph dropped here is the window's
+  KeepFromWheel(*this);
   setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("1000.0 %")) + 44);
   setCurrentIndex(-1);
   connect(this, &QComboBox::activated, this, &ZoomBox::Choose);
   connect(lineEdit(), &QLineEdit::returnPressed, this, &ZoomBox::Choose);
+  // What was typed and left is not what is seen.
+  connect(lineEdit(), &QLineEdit::editingFinished, this, [this] { setEditText(shown_); });
 }
 
 void ZoomBox::ShowZoom(double zoom) {
-  shown_ = zoom;
-  setEditText(QString::fromStdString(ZoomText(zoom)));
+  shown_ = QString::fromStdString(ZoomText(zoom));
+  setEditText(shown_);
+}
+
+void ZoomBox::ShowNothing() {
+  shown_.clear();
+  setEditText(shown_);
 }
 
 void ZoomBox::Choose() {
@@ -30,7 +40,7 @@ void ZoomBox::Choose() {
   if (zoom) {
     emit zoomChosen(*zoom);
   } else {
-    ShowZoom(shown_);
+    setEditText(shown_);
   }
 }
 

@@ -13,6 +13,7 @@ class ZoomBox : public QComboBox {
   explicit ZoomBox(QWidget* parent = nullptr);
 
   void ShowZoom(double zoom);
+  void ShowNothing();
 
  signals:
   void zoomChosen(double zoom);
@@ -20,7 +21,7 @@ class ZoomBox : public QComboBox {
  private:
   void Choose();
 
-  double shown_ = 1.0;
+  QString shown_;
 };
 
 }  // namespace mirellon::ui

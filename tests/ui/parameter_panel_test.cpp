@@ -6,6 +6,7 @@
 #include <QSignalSpy>
 #include <QSlider>
 #include <QTest>
+#include <QWheelEvent>
 
 #include <gtest/gtest.h>
 
@@ -47,7 +48,8 @@ TEST_F(ParameterPanelTest, SlidersStepTypeAndReset) {
   EXPECT_DOUBLE_EQ(panel.parameters().m_dSharp1, 1.2);
   QTest::keyClick(&Slider("m_dSharp1"), Qt::Key_PageDown);
   EXPECT_DOUBLE_EQ(panel.parameters().m_dSharp1, 1.0) << "a page is a step";
-  EXPECT_EQ(wishes.count(), 2);
+  ASSERT_TRUE(test::WaitFor([&] { return wishes.count() == 1; })) << "once for a row of steps";
+  EXPECT_FALSE(panel.canUndo()) << "which led nowhere";
 
   Value("m_dStrength").selectAll();
   QTest::keyClicks(&Value("m_dStrength"), "22,5");
@@ -58,6 +60,10 @@ TEST_F(ParameterPanelTest, SlidersStepTypeAndReset) {
   QTest::keyClicks(&Value("m_dStrength"), "x");
   QTest::keyClick(&Value("m_dStrength"), Qt::Key_Return);
   EXPECT_EQ(Value("m_dStrength").text(), "22.5") << "no number";
+  Value("m_dStrength").selectAll();
+  QTest::keyClicks(&Value("m_dStrength"), "+22.5");
+  QTest::keyClick(&Value("m_dStrength"), Qt::Key_Return);
+  EXPECT_DOUBLE_EQ(panel.parameters().m_dStrength, 22.5);
   QTest::mouseDClick(panel.findChild<QLabel*>("caption.m_dStrength"), Qt::LeftButton);
   EXPECT_DOUBLE_EQ(panel.parameters().m_dStrength, 10.0);
 
@@ -66,6 +72,67 @@ TEST_F(ParameterPanelTest, SlidersStepTypeAndReset) {
   EXPECT_EQ(Value("m_dStrength").text(), "22.5");
   panel.Redo();
   EXPECT_EQ(Slider("m_dStrength").value(), 200);
+}
+
+TEST_F(ParameterPanelTest, AHeldKeyIsOneStepToTakeBack) {
+  for (int i = 0; i < 30; ++i) QTest::keyClick(&Slider("m_dStrength"), Qt::Key_Right);
+  EXPECT_EQ(Slider("m_dStrength").value(), 230);
+  panel.Undo();
+  EXPECT_EQ(Slider("m_dStrength").value(), 200) << "also before the pause that ends it";
+  EXPECT_FALSE(panel.canUndo());
+  panel.Redo();
+  EXPECT_EQ(Slider("m_dStrength").value(), 230);
+}
+
+TEST_F(ParameterPanelTest, WhatWasTypedCountsOnceItIsCommitted) {
+  Value("m_dStrength").selectAll();
+  QTest::keyClicks(&Value("m_dStrength"), "33");
+  EXPECT_DOUBLE_EQ(panel.parameters().m_dStrength, 10.0);
+  panel.Commit();
+  EXPECT_DOUBLE_EQ(panel.parameters().m_dStrength, 33.0);
+  QSignalSpy wishes(&panel, &ParameterPanel::previewWished);
+  panel.Commit();
+  EXPECT_EQ(wishes.count(), 0) << "once";
+}
+
+TEST_F(ParameterPanelTest, TheWheelNeverChoosesFromAList) {
+  harness.dialogs.profileNames = {{L"Maker / One", L"800"}};
+  Button("saveSetting").click();
+  for (const char* name : {"cameraList", "isoList", "qualityList"}) {
+    QComboBox& list = List(name);
+    const int chosen = list.currentIndex();
+    for (const bool focused : {false, true}) {
+      if (focused) list.setFocus();
+      for (const int delta : {120, -120}) {
+        QWheelEvent event({5, 5}, list.mapToGlobal(QPointF(5, 5)), {}, {0, delta}, Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&list, &event);
+        EXPECT_EQ(list.currentIndex(), chosen) << name;
+        EXPECT_FALSE(event.isAccepted()) << "it scrolls the panel";
+      }
+    }
+  }
+}
+
+TEST_F(ParameterPanelTest, UndoBringsTheListsBack) {
+  harness.dialogs.profileNames = {{L"Maker / One", L"800"}, {L"Maker / One", L"1600"}};
+  Slider("m_dStrength").triggerAction(QAbstractSlider::SliderToMaximum);
+  Button("saveSetting").click();
+  Slider("m_dStrength").triggerAction(QAbstractSlider::SliderToMinimum);
+  Button("saveSetting").click();
+  ASSERT_EQ(List("isoList").currentText(), "800") << "the photograph's";
+  emit List("isoList").activated(1);
+  ASSERT_DOUBLE_EQ(panel.parameters().m_dStrength, 1.0);
+  panel.Undo();
+  EXPECT_EQ(List("isoList").currentText(), "800");
+  EXPECT_DOUBLE_EQ(panel.parameters().m_dStrength, 50.0);
+  panel.Redo();
+  EXPECT_EQ(List("isoList").currentText(), "1600");
+  panel.Undo();
+  emit List("cameraList").activated(0);
+  panel.Undo();
+  EXPECT_EQ(List("cameraList").currentText(), "Maker / One");
+  EXPECT_EQ(List("isoList").currentText(), "800");
 }
 
 TEST_F(ParameterPanelTest, AStoredValueBelowTheSliderStaysUntilItIsTouched) {
@@ -86,6 +153,11 @@ TEST_F(ParameterPanelTest, AStoredValueBelowTheSliderStaysUntilItIsTouched) {
   EXPECT_EQ(Value("m_dStrength").text(), "0.5");
   EXPECT_EQ(Slider("m_dStrength").value(), 20);
   EXPECT_TRUE(Button("artefacts2").isChecked());
+  Value("m_dStrength").selectAll();
+  QTest::keyClicks(&Value("m_dStrength"), "x");
+  QTest::keyClick(&Value("m_dStrength"), Qt::Key_Return);
+  EXPECT_EQ(Value("m_dStrength").text(), "0.5");
+  EXPECT_DOUBLE_EQ(panel.parameters().m_dStrength, 0.5) << "nor by what is no number";
   QTest::keyClick(&Slider("m_dStrength"), Qt::Key_Left);
   EXPECT_DOUBLE_EQ(panel.parameters().m_dStrength, 1.0);
 }
@@ -156,16 +228,43 @@ TEST_F(ParameterPanelTest, ManualTuningIsRemembered) {
 }
 
 TEST_F(ParameterPanelTest, EverythingButAbortRestsWhileRunning) {
+  Value("m_dSharp3").setFocus();
   panel.SetRunning(true, false);
+  EXPECT_TRUE(Button("denoise1021").hasFocus()) << "which aborts now";
   for (const char* name : {"saveSetting", "deleteSetting", "manualTuning", "setDefault", "artefacts0"}) {
     EXPECT_FALSE(Button(name).isEnabled()) << name;
   }
-  EXPECT_FALSE(List("cameraList").isEnabled());
+  for (const char* name : {"cameraList", "isoList", "qualityList"})
+    EXPECT_FALSE(List(name).isEnabled()) << name;
   EXPECT_FALSE(Slider("m_dSharp3").isEnabled());
-  EXPECT_TRUE(panel.findChild<QProgressBar*>("progress1037")->isVisible());
+  for (const QLabel* label : panel.findChildren<QLabel*>())
+    EXPECT_FALSE(label->isEnabled()) << label->text().toStdString();
+  EXPECT_FALSE(panel.findChild<QWidget*>("imageInfoBox")->isEnabled());
+  EXPECT_TRUE(Button("setDefault").toolTip().contains("wait"));
+  auto* progress = panel.findChild<QProgressBar*>("progress1037");
+  EXPECT_TRUE(progress->isVisible());
   QSignalSpy aborts(&panel, &ParameterPanel::abortRequested);
   Button("denoise1021").click();
   EXPECT_EQ(aborts.count(), 1);
+  panel.SetRunning(false, true);
+  EXPECT_FALSE(progress->isVisible());
+  EXPECT_EQ(Button("denoise1021").text(), "Redefine");
+  EXPECT_TRUE(Button("setDefault").toolTip().isEmpty());
+  EXPECT_TRUE(Button("deleteSetting").toolTip().contains("stays")) << "the first setting of all";
+  EXPECT_EQ(Button("saveSetting").toolTip(), "Save Manual Setting...");
+}
+
+// Where the pointer was used, the arrow and page keys stay the photograph's.
+TEST_F(ParameterPanelTest, ThePointerTakesNoFocusFromTheView) {
+  ImageView& view = harness.window->view();
+  view.setFocus();
+  for (const char* name : {"setDefault", "manualTuning", "saveSetting"}) {
+    QTest::mouseClick(&Button(name), Qt::LeftButton);
+    EXPECT_TRUE(view.hasFocus()) << name;
+  }
+  for (const char* name : {"cameraList", "isoList", "qualityList"}) {
+    EXPECT_EQ(List(name).focusPolicy(), Qt::TabFocus) << name;
+  }
 }
 
 }  // namespace

@@ -16,6 +16,7 @@ struct SaveQuestion {
   imageio::SaveProposal proposal;
   int bitsPerComponent = 8;
   int jpegQuality = 85;
+  std::filesystem::path source;  // which cannot be the target
 };
 struct SaveAnswer {
   std::filesystem::path path;  // with its extension
@@ -45,6 +46,13 @@ class Dialogs : public base::WindowServices {
   // One of the answers by index, the first the recommended one; nothing: cancelled, which is always offered.
   virtual std::optional<int> AskChoice(const std::wstring& text, const std::wstring& caption,
                                        const std::vector<std::wstring>& answers) = 0;
+  // The same where every answer destroys something: none is recommended but to cancel.
+  virtual std::optional<int> AskCarefully(const std::wstring& text, const std::wstring& caption,
+                                          const std::vector<std::wstring>& answers) {
+    return AskChoice(text, caption, answers);
+  }
+  // The photograph on the screen, beside which the next one is looked for first.
+  virtual void LookBeside(const std::filesystem::path& /*photograph*/) {}
 };
 
 }  // namespace mirellon::ui

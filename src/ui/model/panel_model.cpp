@@ -33,7 +33,7 @@ bool PanelModel::Load() {
   camera_ = 0;
   iso_ = 0;
   CopyEntry();
-  history_.Start(parameters_);
+  history_.Start(State());
   return failed;
 }
 
@@ -75,7 +75,7 @@ void PanelModel::ShowPhotograph(const Photograph& photograph) {
   photo_ = {photograph.exif.make, photograph.exif.model, photograph.exif.iso};
   noise_ = photograph.noise;
   Choose(profiles::SelectProfileForImage(store_, photo_, noise_.luminance, noise_.chrominance));
-  history_.Start(parameters_);
+  history_.Start(State());
 }
 
 void PanelModel::SelectCamera(std::uint32_t camera) {
@@ -148,16 +148,33 @@ void PanelModel::SetDefault() {
   Record();
 }
 
+PanelState PanelModel::State() const {
+  const bool chosen = camera_ < store_.cameraCount();
+  return {parameters_, chosen ? store_.cameras()[camera_].name : std::wstring()};
+}
+
+bool PanelModel::Return(const std::optional<PanelState>& state) {
+  if (!state) return false;
+  // The lists follow, unless the entry was deleted meanwhile.
+  const std::wstring speed = std::to_wstring(state->parameters.iso);
+  const std::uint32_t camera = store_.FindCamera(state->camera);
+  const std::uint32_t iso = store_.FindIso(camera, speed);
+  const engine::DenoiseParameters* entry = store_.Entry(camera, iso);
+  if (entry != nullptr && entry->iso == state->parameters.iso &&
+      store_.cameras()[camera].name == state->camera) {
+    camera_ = camera;
+    iso_ = iso;
+  }
+  parameters_ = state->parameters;
+  return true;
+}
+
 bool PanelModel::Undo() {
-  const auto state = history_.Undo();
-  if (state) parameters_ = *state;
-  return state.has_value();
+  return Return(history_.Undo());
 }
 
 bool PanelModel::Redo() {
-  const auto state = history_.Redo();
-  if (state) parameters_ = *state;
-  return state.has_value();
+  return Return(history_.Redo());
 }
 
 }  // namespace mirellon::ui

@@ -57,13 +57,15 @@ class PanelModel {
   void SetArtefacts(std::int32_t mode) { parameters_.m_iUseMedian = mode; }
   // The values of "Set Default"; artefacts and noise stay.
   void SetDefault();
-  void Record() { history_.Record(parameters_); }
-  // False: nothing to take back.
+  void Record() { history_.Record(State()); }
+  // Camera and ISO speed come back, too. False: nothing to take back.
   bool Undo();
   bool Redo();
   [[nodiscard]] const ParameterHistory& history() const { return history_; }
 
  private:
+  [[nodiscard]] PanelState State() const;
+  [[nodiscard]] bool Return(const std::optional<PanelState>& state);
   void Choose(const profiles::ProfileChoice& choice);
   void CopyEntry();
   [[nodiscard]] bool FailSave(const std::filesystem::path& file, const std::string& cause);

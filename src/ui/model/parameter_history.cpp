@@ -17,26 +17,29 @@ bool SameEffect(const engine::DenoiseParameters& a, const engine::DenoiseParamet
   return EffectOf(a) == EffectOf(b);
 }
 
-void ParameterHistory::Start(const engine::DenoiseParameters& parameters) {
-  states_.assign(1, parameters);
+void ParameterHistory::Start(const PanelState& state) {
+  states_.assign(1, state);
   current_ = 0;
 }
 
-void ParameterHistory::Record(const engine::DenoiseParameters& parameters) {
-  if (states_.empty()) return Start(parameters);
-  if (SameEffect(states_[current_], parameters)) return;
+void ParameterHistory::Record(const PanelState& state) {
+  if (states_.empty()) return Start(state);
+  if (SameEffect(states_[current_].parameters, state.parameters)) {
+    states_[current_] = state;
+    return;
+  }
   states_.resize(current_ + 1);
-  states_.push_back(parameters);
+  states_.push_back(state);
   if (states_.size() > kMostStates) states_.erase(states_.begin());
   current_ = states_.size() - 1;
 }
 
-std::optional<engine::DenoiseParameters> ParameterHistory::Undo() {
+std::optional<PanelState> ParameterHistory::Undo() {
   if (!CanUndo()) return std::nullopt;
   return states_[--current_];
 }
 
-std::optional<engine::DenoiseParameters> ParameterHistory::Redo() {
+std::optional<PanelState> ParameterHistory::Redo() {
   if (!CanRedo()) return std::nullopt;
   return states_[++current_];
 }

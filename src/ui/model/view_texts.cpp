@@ -1,11 +1,11 @@
 #include "ui/model/view_texts.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
-#include <cmath>
-#include <cstdio>
 
 #include "base/text.h"
+#include "ui/model/typed_value.h"
 
 namespace mirellon::ui {
 
@@ -15,22 +15,17 @@ std::wstring WindowTitle(const std::filesystem::path& photograph) {
 }
 
 std::string ZoomText(double zoom) {
-  std::string text(static_cast<std::size_t>(std::snprintf(nullptr, 0, "%.1f %s", zoom * 100.0, "%")), ' ');
-  std::snprintf(text.data(), text.size() + 1, "%.1f %s", zoom * 100.0, "%");
-  return text;
+  // The toolkit sets the process's locale, which is not to choose the point.
+  std::array<char, 400> text{};
+  const auto [end, error] =
+      std::to_chars(text.data(), text.data() + text.size(), zoom * 100.0, std::chars_format::fixed, 1);
+  return std::string(text.data(), end) + " %";
 }
 
 std::optional<double> ZoomOfText(std::string_view text) {
-  std::string plain;
-  for (const char c : text) {
-    if (c == ' ' || c == '%') continue;
-    plain += c == ',' ? '.' : c;
-  }
-  double percent = 0.0;
-  const auto [end, error] = std::from_chars(plain.data(), plain.data() + plain.size(), percent);
-  const bool number = error == std::errc() && end == plain.data() + plain.size();
-  if (!number || !std::isfinite(percent) || percent <= 0.0) return std::nullopt;
-  return std::clamp(percent / 100.0, 0.01, 32.0);
+  const std::optional<double> percent = NumberOfText(text, " %");
+  if (!percent || *percent <= 0.0) return std::nullopt;
+  return std::clamp(*percent / 100.0, 0.01, 32.0);
 }
 
 }  // namespace mirellon::ui

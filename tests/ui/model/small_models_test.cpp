@@ -113,32 +113,35 @@ TEST(TypedValueTest, IsHeldToTheSlider) {
   const profiles::SliderRow& strength = profiles::RowOf(profiles::Slider::kStrength);
   EXPECT_DOUBLE_EQ(TypedValue(strength, "0.2").value_or(-1), 1.0);
   EXPECT_DOUBLE_EQ(TypedValue(strength, "22,5 ").value_or(-1), 22.5);
+  EXPECT_DOUBLE_EQ(TypedValue(strength, "+1.5").value_or(-1), 1.5);
   EXPECT_DOUBLE_EQ(TypedValue(profiles::RowOf(profiles::Slider::kDynamics), "-1.5").value_or(-1), -1.5);
-  for (const char* text : {"ten", "", "1 2x", "nan"}) EXPECT_FALSE(TypedValue(strength, text)) << text;
+  for (const char* text : {"ten", "", "1 2x", "nan", "+", "+-3", "++3"})
+    EXPECT_FALSE(TypedValue(strength, text)) << text;
 }
 
 TEST(ParameterHistoryTest, TakesBackCompleteChanges) {
   ParameterHistory history;
-  engine::DenoiseParameters parameters;
-  history.Start(parameters);
+  PanelState state;
+  engine::DenoiseParameters& parameters = state.parameters;
+  history.Start(state);
   EXPECT_FALSE(history.CanUndo());
   parameters.m_dImmerkaerY = 3.0;
-  history.Record(parameters);
+  history.Record(state);
   EXPECT_FALSE(history.CanUndo()) << "of no effect";
   for (const double strength : {11.0, 12.0, 13.0}) {
     parameters.m_dStrength = strength;
-    history.Record(parameters);
+    history.Record(state);
   }
-  EXPECT_EQ(history.Undo()->m_dStrength, 12.0);
-  EXPECT_EQ(history.Undo()->m_dStrength, 11.0);
-  EXPECT_EQ(history.Redo()->m_dStrength, 12.0);
+  EXPECT_EQ(history.Undo()->parameters.m_dStrength, 12.0);
+  EXPECT_EQ(history.Undo()->parameters.m_dStrength, 11.0);
+  EXPECT_EQ(history.Redo()->parameters.m_dStrength, 12.0);
   parameters.m_iUseMedian = 1;
-  history.Record(parameters);
+  history.Record(state);
   EXPECT_FALSE(history.CanRedo()) << "what was taken back is gone";
-  EXPECT_EQ(history.Undo()->m_dStrength, 12.0);
+  EXPECT_EQ(history.Undo()->parameters.m_dStrength, 12.0);
   for (int i = 0; i < 1000; ++i) {
     parameters.m_dStrength = i;
-    history.Record(parameters);
+    history.Record(state);
   }
   int steps = 0;
   while (history.Undo()) ++steps;
