@@ -1,8 +1,9 @@
-// Changing one key of a file that somebody else may have written.
+// Changing keys of a file that somebody else may have written.
 #pragma once
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace mirellon::settings {
 
@@ -16,5 +17,13 @@ struct IniUpdate {
 // fails, nothing is written.
 [[nodiscard]] IniUpdate UpdateIni(const std::filesystem::path& file, const std::wstring& section,
                                   const std::wstring& key, const std::wstring& value);
+
+struct IniValue {
+  std::wstring key;
+  std::wstring value;
+};
+// The same for several keys of a section, written together.
+[[nodiscard]] IniUpdate UpdateIni(const std::filesystem::path& file, const std::wstring& section,
+                                  const std::vector<IniValue>& values);
 
 }  // namespace mirellon::settings

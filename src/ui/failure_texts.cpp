@@ -37,7 +37,7 @@ int TextOf(imageio::SaveStatus status) {
     case imageio::SaveStatus::kUnsupportedDepth:
       return 304;
     case imageio::SaveStatus::kTargetIsSource:
-      return 305;
+      return text::kIsSource;
     case imageio::SaveStatus::kOutOfMemory:
       return text::kLowMemory;
     case imageio::SaveStatus::kNotWritable:
@@ -56,7 +56,9 @@ int TextOf(imageio::SaveStatus status) {
 QString Reason(const Texts& texts, int number, const std::string& cause) {
   const QString reason = texts(number);
   const bool translated = reason != QString::fromWCharArray(settings::EnglishText(number));
-  return translated || cause.empty() ? reason : QString::fromStdString(cause);
+  const QString detail = QString::fromStdString(cause);
+  if (cause.empty()) return reason;
+  return translated ? QStringLiteral("%1 (%2)").arg(reason, detail) : detail;
 }
 
 QString ReasonOf(const Texts& texts, const imageio::LoadReport& report) {

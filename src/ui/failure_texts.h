@@ -9,7 +9,8 @@
 
 namespace mirellon::ui {
 
-// The text `number`, unless there is no translation of it: then the cause, which tells more but is English.
+// The text `number`, with the cause as its detail, which tells more but is English; where there is no
+// translation of the text, the cause alone.
 [[nodiscard]] QString Reason(const Texts& texts, int number, const std::string& cause);
 
 [[nodiscard]] QString ReasonOf(const Texts& texts, const imageio::LoadReport& report);

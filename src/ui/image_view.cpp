@@ -1,5 +1,7 @@
 #include "ui/image_view.h"
 
+#include <QAccessible>
+#include <QAccessibleWidget>
 #include <QEvent>
 #include <QImage>
 #include <QKeyEvent>
@@ -52,9 +54,15 @@ Qt::CursorShape CursorOf(unsigned edges) {
   return falling ? Qt::SizeFDiagCursor : Qt::SizeBDiagCursor;
 }
 
+QAccessibleInterface* MakeViewAccess(const QString& /*className*/, QObject* object) {
+  auto* view = qobject_cast<ImageView*>(object);
+  return view == nullptr ? nullptr : new QAccessibleWidget(view, QAccessible::Graphic);  // the toolkit's
+}
+
 }  // namespace
 
 ImageView::ImageView(QWidget* parent) : QWidget(parent) {
+  QAccessible::installFactory(MakeViewAccess);  // once, before anybody asks for the view
   setObjectName(QStringLiteral("imageView"));
   setAttribute(Qt::WA_OpaquePaintEvent);
   setMouseTracking(true);

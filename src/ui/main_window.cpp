@@ -7,6 +7,7 @@
 #include <QHBoxLayout>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QScreen>
 #include <QToolBar>
 #include <QWindow>
 #include <algorithm>
@@ -14,6 +15,7 @@
 #include <utility>
 
 #include "base/paths.h"
+#include "base/text.h"
 #include "settings/text_table.h"
 #include "skin/schemes.h"
 #include "ui/dialogs/batch_progress_dialog.h"
@@ -22,6 +24,7 @@
 #include "ui/focus_frame.h"
 #include "ui/help_desk.h"
 #include "ui/local_url.h"
+#include "ui/measures.h"
 #include "ui/mnemonics.h"
 #include "ui/model/view_texts.h"
 #include "ui/model/window_place.h"
@@ -36,10 +39,28 @@ constexpr int kProgressMs = 60;
 constexpr int kCommandDelayMs = 250;
 constexpr QSize kSmallest(960, 640);
 constexpr QSize kUsual(1280, 820);
+constexpr int kToolBarIcon = 20;
 
 Command CommandOfScheme(int scheme) {
   if (scheme == skin::kSchemeLight) return Command::kSchemeLight;
   return scheme == skin::kSchemeContrast ? Command::kSchemeContrast : Command::kSchemeDark;
+}
+
+// The toolkit takes "[*]" for the place of a mark.
+QString FrameTitle(const std::wstring& title) {
+  return QString::fromStdWString(title).replace(QLatin1String("[*]"), QLatin1String("[*][*]"));
+}
+
+// "3 name - folder", the folder shortened; the number is its letter.
+QString RecentText(std::size_t index, const std::filesystem::path& file, const QFontMetrics& metrics) {
+  constexpr int kCharacters = 48;
+  const QString folder = QString::fromStdString(base::PrintableName(file.parent_path().native()));
+  const auto fit = [&](const QString& text) {
+    QString shown = metrics.elidedText(text, Qt::ElideMiddle, metrics.averageCharWidth() * kCharacters);
+    return shown.replace(QLatin1Char('&'), QLatin1String("&&"));
+  };
+  return QStringLiteral("&%1  %2  \u2013  %3")
+      .arg(QString::number((index + 1) % 10), fit(ShownName(file)), fit(folder));
 }
 
 }  // namespace
@@ -63,6 +84,7 @@ MainWindow::MainWindow(DesktopContext& context)
   ConnectBatch();
   recent_.Load(base::SettingsFile(context_.applicationData));
   UpdateRecentMenu();
+  if (!recent_.files().empty()) context_.dialogs.LookBeside(recent_.files().front());
   (*actions_)[CommandOfScheme(scheme_)]->setChecked(true);
   (*actions_)[Command::kColourManagement]->setChecked(
       context_.settings.GetNumber(settings::Setting::kColourManagement) != 0);
@@ -70,8 +92,10 @@ MainWindow::MainWindow(DesktopContext& context)
   view_->SetBackground(skin::SchemeOf(scheme_).view);
   UpdateCommands();
   UpdateHint();
-  setMinimumSize(kSmallest.expandedTo(minimumSizeHint()));
+  setMinimumSize(kSmallest.expandedTo(minimumSizeHint()).boundedTo(screen()->availableSize()));
   RestorePlace();
+  setTabOrder(zoomBox_, startHint_->focusProxy());
+  startHint_->setFocus();
 }
 
 MainWindow::~MainWindow() = default;
@@ -141,6 +165,7 @@ void MainWindow::BuildToolBar() {
   QToolBar* bar = addToolBar(texts_(text::kToolBar));
   bar->setObjectName(QStringLiteral("toolBar"));
   bar->setMovable(false);
+  bar->setIconSize(IconSize(*bar, kToolBarIcon));
   bar->setContextMenuPolicy(Qt::PreventContextMenu);
   bar->addActions({a[Command::kOpen], a[Command::kSaveAs]});
   bar->addSeparator();
@@ -149,9 +174,7 @@ void MainWindow::BuildToolBar() {
   bar->addActions({a[Command::kUndo], a[Command::kRedo]});
   bar->addSeparator();
   bar->addActions({a[Command::kZoomOut], a[Command::kZoomIn], a[Command::kZoom100], a[Command::kZoomFit]});
-  zoomBox_ = new ZoomBox(bar);
-  zoomBox_->setToolTip(texts_(84));
-  zoomBox_->setAccessibleName(texts_(84));
+  zoomBox_ = new ZoomBox(texts_(84), bar);
   bar->addWidget(zoomBox_);
   bar->addSeparator();
   bar->addActions({a[Command::kViewSingle], a[Command::kViewSplit], a[Command::kViewSideBySide],
@@ -179,6 +202,7 @@ void MainWindow::Connect() {
   connect(panel_, &ParameterPanel::denoiseRequested, this, [this] { Do(Command::kDenoise); });
   connect(panel_, &ParameterPanel::abortRequested, &workbench_, &Workbench::Abort);
   connect(panel_, &ParameterPanel::historyChanged, this, &MainWindow::UpdateCommands);
+  connect(view_, &ImageView::stopRequested, &workbench_, &Workbench::Abort);
   connect(status_, &StatusLine::stopRequested, &workbench_, &Workbench::Abort);
   progressTimer_.setInterval(kProgressMs);
   connect(&progressTimer_, &QTimer::timeout, this, [this] {
@@ -206,7 +230,7 @@ void MainWindow::ConnectWorkbench() {
   connect(&workbench_, &Workbench::loadFailed, this, &MainWindow::ShowLoadFailure);
   connect(&workbench_, &Workbench::saveFailed, this, &MainWindow::ShowSaveFailure);
   connect(&workbench_, &Workbench::saved, this, [this](const imageio::SaveReport& report) {
-    setWindowTitle(QString::fromStdWString(workbench_.session().Title()));
+    setWindowTitle(FrameTitle(workbench_.session().Title()));
     QString note = texts_(text::kSaved).arg(ShownName(report.written));
     for (const std::string& warning : report.warnings)
       note += QStringLiteral(" · ") + Reason(texts_, text::kMetadataNotCopied, warning);
@@ -260,6 +284,8 @@ void MainWindow::UpdateCommands() {
   const bool usable =
       CommandEnabled(Command::kZoomIn, {session.hasImage(), session.activity(), false, false});
   zoomBox_->setEnabled(usable);
+  const QString why = texts_(session.hasImage() ? text::kBusy : text::kNeedsPhotograph);
+  zoomBox_->setToolTip(usable ? texts_(84) : texts_(84) + QLatin1Char('\n') + why);
   const bool open = (*actions_)[Command::kOpen]->isEnabled();
   for (QMenu* menu : busyMenus_) menu->setEnabled(open);
   startHint_->setEnabled(open);
@@ -269,18 +295,18 @@ void MainWindow::UpdateCommands() {
 
 void MainWindow::FollowPhotograph() {
   const Photograph& photograph = workbench_.session().photograph();
-  setWindowTitle(QString::fromStdWString(workbench_.session().Title()));
+  setWindowTitle(FrameTitle(workbench_.session().Title()));
   startHint_->setVisible(photograph.source == nullptr);
   view_->ShowPhotograph(photograph.display);
   status_->ShowPhotograph(photograph);
   if (photograph.source == nullptr) {
-    zoomBox_->clearEditText();
+    zoomBox_->ShowNothing();
     panel_->ShowNothing();
+    startHint_->setFocus();
   } else {
     status_->ShowZoom(view_->geometry().zoom());
-    recent_.Add(photograph.path);
-    (void)recent_.Store(base::SettingsFile(context_.applicationData));  // forgotten at worst
-    UpdateRecentMenu();
+    ChangeRecent([&] { recent_.Add(photograph.path); });
+    context_.dialogs.LookBeside(photograph.path);
     view_->PlaceRectangle();
     view_->SetRectangleShown(true);
     panel_->ShowPhotograph(photograph);
@@ -310,17 +336,24 @@ void MainWindow::UpdateHint() {
 
 void MainWindow::UpdateRecentMenu() {
   recentMenu_->clear();
-  for (const std::filesystem::path& file : recent_.files()) {
-    QAction* action = recentMenu_->addAction(TextOf(file).replace(QLatin1Char('&'), QStringLiteral("&&")));
+  for (std::size_t i = 0; i < recent_.files().size(); ++i) {
+    const std::filesystem::path file = recent_.files()[i];
+    QAction* action = recentMenu_->addAction(RecentText(i, file, recentMenu_->fontMetrics()));
     connect(action, &QAction::triggered, this, [this, file] { LeaveThen([this, file] { Open(file); }); });
   }
   recentMenu_->addSeparator();
   connect(recentMenu_->addAction(texts_(text::kClearList)), &QAction::triggered, this, [this] {
-    recent_.Clear();
-    (void)recent_.Store(base::SettingsFile(context_.applicationData));  // comes back at worst
-    UpdateRecentMenu();
+    ChangeRecent([this] { recent_.Clear(); });
     UpdateCommands();
   });
+}
+
+void MainWindow::ChangeRecent(const std::function<void()>& change) {
+  const std::filesystem::path file = base::SettingsFile(context_.applicationData);
+  recent_.Refresh(file);
+  change();
+  (void)recent_.Store(file);  // forgotten at worst
+  UpdateRecentMenu();
 }
 
 void MainWindow::ShowRectangle(bool shown) {
@@ -362,7 +395,7 @@ void MainWindow::Open(const std::filesystem::path& photograph) {
 }
 
 void MainWindow::RestorePlace() {
-  resize(kUsual);
+  resize(kUsual.boundedTo(screen()->availableSize()));
   const WindowPlace place = LoadWindowPlace(base::SettingsFile(context_.applicationData));
   if (!place.geometry.empty())
     restoreGeometry(QByteArray::fromBase64(QByteArray::fromStdString(place.geometry)));

@@ -72,6 +72,8 @@ class MainWindow : public QMainWindow {
   void FollowResult();
   void UpdateHint();
   void UpdateRecentMenu();
+  // Changes the list as it is on the disk, where other windows write, too.
+  void ChangeRecent(const std::function<void()>& change);
   void RequestPreview();
   void ShowRectangle(bool shown);
   void ApplyScheme(int scheme);

@@ -61,9 +61,13 @@ void MainWindow::Do(Command command) {
       view_->setFocus();
       return;
     case Command::kZoom100:
-      return view_->SetZoom(1.0);
+      view_->SetZoom(1.0);
+      view_->setFocus();
+      return;
     case Command::kZoomFit:
-      return view_->Fit();
+      view_->Fit();
+      view_->setFocus();
+      return;
     case Command::kMoveLeft:
       return view_->Move(Direction::kLeft);
     case Command::kMoveRight:
@@ -74,7 +78,9 @@ void MainWindow::Do(Command command) {
       return view_->Move(Direction::kDown);
     case Command::kPicker:
       ShowRectangle(true);
-      return view_->SetPicking(!view_->picking());
+      view_->SetPicking(!view_->picking());
+      view_->setFocus();
+      return;
     case Command::kUndo:
       return panel_->Undo();
     case Command::kRedo:
@@ -126,8 +132,7 @@ void MainWindow::Step(ui::Step direction) {
 }
 
 void MainWindow::ShowLoadFailure(const std::filesystem::path& path, const imageio::LoadReport& report) {
-  recent_.Remove(path);
-  UpdateRecentMenu();
+  ChangeRecent([&] { recent_.Remove(path); });
   const QString why = texts_(text::kNotOpened).arg(ShownName(path), ReasonOf(texts_, report));
   context_.dialogs.ShowMessage(Wide(texts_(text::kFormatNotSupported) + QStringLiteral("\n\n") + why), L"",
                                base::MessageKind::kPlain);
@@ -165,6 +170,7 @@ void MainWindow::SaveAs() {
 void MainWindow::AskAndSave() {
   const DocumentSession& session = workbench_.session();
   SaveQuestion question;
+  question.source = session.photograph().path;
   question.title = Wide(texts_(text::kSaveTitle));
   question.bitsPerComponent = session.result()->record().bitsPerComponent;
   question.proposal = imageio::ProposeSave(session.photograph().path, question.bitsPerComponent);

@@ -13,7 +13,7 @@
 #include "skin/skin_style.h"
 #include "ui/measures.h"
 #include "ui/parameter_panel.h"
-#include "ui/still_wheel.h"
+#include "ui/plain_list.h"
 
 namespace mirellon::ui {
 
@@ -102,23 +102,23 @@ QWidget* ParameterPanel::BuildProfileRows() {
   camera_->setObjectName(QStringLiteral("cameraList"));
   camera_->setToolTip(texts_(251));
   camera_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-  camera_->setAccessibleName(texts_(130));
-  KeepFromWheel(*camera_);
+  DressList(*camera_, texts_(130));
   iso_ = new QComboBox(rows);
   iso_->setObjectName(QStringLiteral("isoList"));
   iso_->setToolTip(texts_(251));
-  iso_->setAccessibleName(texts_(250));
-  KeepFromWheel(*iso_);
+  DressList(*iso_, texts_(250));
   keep_ = new QToolButton(rows);
   keep_->setObjectName(QStringLiteral("saveSetting"));
   keep_->setIcon(Icon("SETTINGS_SAVE"));
   keep_->setIconSize(IconSize(*this, kLeastIcon));
-  keep_->setAccessibleName(texts_(123));
+  keep_->setText(texts_(123));
+  keep_->setAccessibleName(texts_(145));  // "Save As..." is a command of the window, too
   delete_ = new QToolButton(rows);
   delete_->setObjectName(QStringLiteral("deleteSetting"));
   delete_->setIcon(Icon("SETTINGS_DELETE"));
   delete_->setIconSize(IconSize(*this, kLeastIcon));
-  delete_->setAccessibleName(texts_(124));
+  delete_->setText(texts_(124));
+  delete_->setAccessibleName(texts_(146));
   auto* cameraLabel = new QLabel(texts_(130), rows);
   cameraLabel->setBuddy(camera_);
   auto* isoLabel = new QLabel(texts_(250), rows);
@@ -203,8 +203,7 @@ void ParameterPanel::AddQuality(QGroupBox* group) {
   quality_->setObjectName(QStringLiteral("qualityList"));
   quality_->addItems({InOneLine(texts_(35)), InOneLine(texts_(32)), InOneLine(texts_(36))});
   quality_->setCurrentIndex(context_.settings.GetNumber(settings::Setting::kQuality) - 1);
-  quality_->setAccessibleName(texts_(68));
-  KeepFromWheel(*quality_);
+  DressList(*quality_, texts_(68));
   auto* caption = new QLabel(texts_(68), group);
   caption->setBuddy(quality_);
   row->addWidget(caption);

@@ -16,6 +16,7 @@ StartHint::StartHint(const Texts& texts, QWidget* view) : QWidget(view) {
   button->setProperty(skin::kPrimaryProperty, true);
   button->setMinimumHeight(40);
   button->setMinimumWidth(button->sizeHint().width() + 32);
+  setFocusProxy(button);
   auto* hint = new QLabel(texts(text::kDropHint), this);
   hint->setAlignment(Qt::AlignHCenter);
   auto* column = new QVBoxLayout(this);

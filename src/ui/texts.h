@@ -91,6 +91,7 @@ inline constexpr int kOpenFirst = 281;
 inline constexpr int kToolBar = 290;
 inline constexpr int kPhotograph = 291;
 inline constexpr int kNotWritable = 303;
+inline constexpr int kIsSource = 305;
 inline constexpr int kSettingsNotStored = 306;
 inline constexpr int kMetadataNotCopied = 307;
 inline constexpr int kOriginal = 330;

@@ -10,7 +10,8 @@ class ZoomBox : public QComboBox {
   Q_OBJECT
 
  public:
-  explicit ZoomBox(QWidget* parent = nullptr);
+  // `name` is for screen readers.
+  explicit ZoomBox(const QString& name, QWidget* parent = nullptr);
 
   void ShowZoom(double zoom);
   void ShowNothing();

@@ -1,22 +1,48 @@
+#include <QApplication>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSlider>
 #include <QTest>
+#include <QTimer>
+#include <functional>
+#include <utility>
 
 #include <gtest/gtest.h>
 
 #include "support/temporary_folder.h"
 #include "ui/dialogs/adding_dialog.h"
 #include "ui/dialogs/options_dialog.h"
+#include "ui/dialogs/qt_dialogs.h"
 #include "ui/dialogs/quality_slider.h"
 #include "ui/dialogs/save_dialog.h"
+#include "ui/zoom_box.h"
 
 namespace mirellon::ui {
 namespace {
+
+// What a user does with the next modal dialog, once.
+class Modal {
+ public:
+  explicit Modal(std::function<void(QDialog&)> act) : act_(std::move(act)) {
+    QObject::connect(&timer_, &QTimer::timeout, [this] {
+      auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+      if (dialog == nullptr) return;
+      timer_.stop();
+      act_(*dialog);
+    });
+    timer_.start(5);
+  }
+
+ private:
+  std::function<void(QDialog&)> act_;
+  QTimer timer_;
+};
 
 class DialogsTest : public ::testing::Test {
  protected:
@@ -55,6 +81,110 @@ TEST_F(DialogsTest, SaveOffersWhatTheDepthAllows) {
   const SaveDialog deep(question, texts, nullptr);
   EXPECT_EQ(deep.nameFilters(), QStringList({"*.tif", "*.png"}));
   EXPECT_FALSE(deep.findChild<QSlider*>("control1082")->isEnabled());
+}
+
+TEST_F(DialogsTest, SaveAsksBeforeItReplaces) {
+  const auto source = folder / "source <b>.png";
+  const auto other = folder / "other <b>.png";
+  test::WriteBytes(source, "x");
+  test::WriteBytes(other, "x");
+  std::filesystem::create_symlink(source, folder / "link.png");
+  struct Case {
+    std::filesystem::path target;
+    int button;  // 0: no question is asked
+    bool accepted;
+    const char* text;
+  };
+  const Case cases[] = {{folder / "new.png", 0, true, ""},
+                        {other, QMessageBox::No, false, "replace"},
+                        {other, QMessageBox::Yes, true, "other <b>.png"},
+                        {source, QMessageBox::Ok, false, "original"},
+                        {folder / "link.png", QMessageBox::Ok, false, "original"}};
+  for (const Case& c : cases) {
+    SaveDialog dialog({L"Save As...", {c.target.parent_path() / c.target.stem(), 3, ".png"}, 8, 70, source},
+                      texts, nullptr);
+    bool asked = false;
+    const Modal user([&](QDialog& question) {
+      auto& box = dynamic_cast<QMessageBox&>(question);
+      asked = true;
+      EXPECT_TRUE(box.text().contains(c.text)) << box.text().toStdString();
+      EXPECT_EQ(box.textFormat(), Qt::PlainText);
+      box.button(static_cast<QMessageBox::StandardButton>(c.button))->click();
+    });
+    dialog.accept();
+    EXPECT_EQ(asked, c.button != 0) << c.target;
+    EXPECT_EQ(dialog.result() == QDialog::Accepted, c.accepted) << c.target;
+  }
+}
+
+TEST_F(DialogsTest, ChoicesAreAnsweredByIndex) {
+  QtDialogs dialogs(texts);
+  const auto answerTo = [&](bool careful, const std::function<void(QMessageBox&)>& act) {
+    const Modal user([&](QDialog& dialog) { act(dynamic_cast<QMessageBox&>(dialog)); });
+    return careful ? dialogs.AskCarefully(L"?", L"", {L"first", L"second"})
+                   : dialogs.AskChoice(L"?", L"", {L"first", L"second"});
+  };
+  const auto press = [](Qt::Key key) { return [key](QMessageBox& box) { QTest::keyClick(&box, key); }; };
+  EXPECT_EQ(answerTo(false, press(Qt::Key_Return)), 0);
+  EXPECT_EQ(answerTo(true, press(Qt::Key_Return)), std::nullopt) << "nothing is lost by Return";
+  EXPECT_EQ(answerTo(true, press(Qt::Key_Escape)), std::nullopt);
+  for (const bool careful : {false, true}) {
+    EXPECT_EQ(answerTo(careful,
+                       [](QMessageBox& box) {
+                         for (auto* button : box.buttons()) {
+                           if (button->text().endsWith("second")) button->click();
+                         }
+                       }),
+              1);
+  }
+}
+
+TEST_F(DialogsTest, OpenBeginsBesideThePhotograph) {
+  std::filesystem::create_directory(folder / "photographs");
+  QtDialogs dialogs(texts);
+  dialogs.LookBeside(folder / "photographs" / "a.jpg");
+  QString directory;
+  const Modal user([&](QDialog& dialog) {
+    directory = dynamic_cast<QFileDialog&>(dialog).directory().absolutePath();
+    dialog.reject();
+  });
+  EXPECT_EQ(dialogs.AskOpenPath(L"Open"), std::nullopt);
+  EXPECT_EQ(PathOf(directory), folder / "photographs");
+}
+
+TEST_F(DialogsTest, ZoomListTakesUsualAndTypedZooms) {
+  ZoomBox box(QStringLiteral("Zoom"));
+  box.show();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&box));
+  QStringList entries;
+  for (int i = 0; i < box.count(); ++i) entries.append(box.itemText(i));
+  EXPECT_EQ(entries.join(' '), "10.0 % 25.0 % 50.0 % 100.0 % 150.0 % 200.0 % 400.0 % 800.0 %");
+  std::vector<double> chosen;
+  QObject::connect(&box, &ZoomBox::zoomChosen, [&](double zoom) { chosen.push_back(zoom); });
+  box.ShowZoom(0.667);
+  const auto type = [&](const char* text, Qt::Key end) {
+    box.lineEdit()->setFocus();
+    box.lineEdit()->selectAll();
+    QTest::keyClicks(box.lineEdit(), text);
+    QTest::keyClick(box.lineEdit(), end);
+  };
+  type("33,5", Qt::Key_Return);
+  EXPECT_EQ(chosen, std::vector<double>{0.335});
+  type("rubbish", Qt::Key_Return);
+  EXPECT_EQ(box.currentText(), "66.7 %");
+  box.lineEdit()->selectAll();
+  QTest::keyClicks(box.lineEdit(), "77");
+  box.lineEdit()->clearFocus();
+  EXPECT_EQ(box.currentText(), "66.7 %") << "left";
+  EXPECT_EQ(chosen.size(), 1U);
+  EXPECT_FALSE(box.lineEdit()->acceptDrops()) << "a photograph is no zoom";
+  box.ShowNothing();
+  EXPECT_EQ(box.currentText(), "");
+}
+
+TEST_F(DialogsTest, TooltipsShowNamesAsTheyAre) {
+  EXPECT_EQ(PlainToolTip("a & b"), "a & b");
+  EXPECT_EQ(PlainToolTip("a & <b>.jpg"), "<span>a &amp; &lt;b&gt;.jpg</span>");
 }
 
 TEST_F(DialogsTest, AddingTakesTheNameFromThePhotograph) {

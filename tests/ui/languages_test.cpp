@@ -243,7 +243,7 @@ TEST(FailureTextsTest, TellReasonsInTheLanguage) {
   load.status = imageio::LoadStatus::kUnsupportedKind;
   load.cause = "a palette picture";
   EXPECT_EQ(ReasonOf(Texts(english), load), "a palette picture") << "tells more than the table";
-  EXPECT_EQ(ReasonOf(Texts(german), load).toStdWString(), german.Text(301));
+  EXPECT_EQ(ReasonOf(Texts(german), load).toStdWString(), german.Text(301) + L" (a palette picture)");
   imageio::SaveReport save;
   save.status = imageio::SaveStatus::kOutOfMemory;
   EXPECT_EQ(ReasonOf(Texts(english), save).toStdWString(), english.Text(242));

@@ -1,6 +1,5 @@
 #include "ui/dialogs/adding_dialog.h"
 
-#include <QDialogButtonBox>
 #include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -8,6 +7,7 @@
 
 #include "base/text.h"
 #include "profiles/camera_key.h"
+#include "ui/dialogs/button_box.h"
 
 namespace mirellon::ui {
 
@@ -33,22 +33,24 @@ AddingDialog::AddingDialog(const ProfileNameQuestion& question, const Texts& tex
   fromExif->setObjectName(QStringLiteral("fromExif"));
   fromExif->setAutoDefault(false);
   fromExif->setEnabled(!exif_.iso.empty() || (!exif_.make.empty() && !exif_.model.empty()));
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-  buttons->button(QDialogButtonBox::Ok)->setText(texts(text::kOk));
-  buttons->button(QDialogButtonBox::Cancel)->setText(texts(text::kCancel));
+  auto* buttons = OkAndCancel(texts, this);
+  auto* cameraLabel = new QLabel(texts(130), this);
+  cameraLabel->setBuddy(camera_);
+  auto* isoLabel = new QLabel(texts(250), this);
+  isoLabel->setBuddy(iso_);
 
   auto* grid = new QGridLayout(this);
   grid->setContentsMargins(16, 16, 16, 16);
   grid->setSpacing(8);
-  grid->addWidget(new QLabel(texts(130), this), 0, 0);
+  grid->addWidget(cameraLabel, 0, 0);
   grid->addWidget(camera_, 0, 1);
   grid->addWidget(fromExif, 0, 2);
-  grid->addWidget(new QLabel(texts(250), this), 1, 0);
+  grid->addWidget(isoLabel, 1, 0);
   grid->addWidget(iso_, 1, 1);
   grid->addWidget(buttons, 2, 0, 1, 3);
   connect(fromExif, &QPushButton::clicked, this, &AddingDialog::TakeFromPhotograph);
-  connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  setTabOrder(camera_, fromExif);
+  setTabOrder(fromExif, iso_);
 }
 
 ProfileName AddingDialog::name() const {

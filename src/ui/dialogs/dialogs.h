@@ -16,7 +16,7 @@ struct SaveQuestion {
   imageio::SaveProposal proposal;
   int bitsPerComponent = 8;
   int jpegQuality = 85;
-  std::filesystem::path source;  // which cannot be the target
+  std::filesystem::path source = {};  // which cannot be the target
 };
 struct SaveAnswer {
   std::filesystem::path path;  // with its extension

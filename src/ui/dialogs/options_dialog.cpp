@@ -1,10 +1,9 @@
 #include "ui/dialogs/options_dialog.h"
 
-#include <QComboBox>
-#include <QDialogButtonBox>
-#include <QLabel>
-#include <QPushButton>
 #include <QVBoxLayout>
+
+#include "ui/dialogs/button_box.h"
+#include "ui/plain_list.h"
 
 namespace mirellon::ui {
 
@@ -19,41 +18,48 @@ OptionsDialog::OptionsDialog(settings::OptionsState& state, const settings::Loca
                              const Texts& texts, const QString& cardText, QWidget* parent)
     : QDialog(parent),
       state_(state),
+      languageLabel_(new QLabel(texts(58), this)),
+      language_(new QComboBox(this)),
       hardware_(new QCheckBox(texts(61), this)),
       fusion_(new QRadioButton(texts(111), this)),
-      pureGpu_(new QRadioButton(texts(112), this)) {
+      pureGpu_(new QRadioButton(texts(112), this)),
+      dark_(new QCheckBox(QStringLiteral("Dark Scheme"), this)) {
   setObjectName(QStringLiteral("optionsDialog"));
   setWindowTitle(texts(57));
-  auto* label = new QLabel(texts(58), this);
-  label->setObjectName(QStringLiteral("control1077"));
-  auto* language = new QComboBox(this);
-  language->setObjectName(QStringLiteral("control1074"));
-  for (const settings::Language& entry : localization.languages()) {
-    language->addItem(QString::fromStdWString(entry.name));
-  }
-  // Without a language file there is the built-in language only.
-  if (language->count() == 0) language->addItem(QStringLiteral("English"));
-  language->setEnabled(language->count() > 1);
-  language->setCurrentIndex(state.language());
-  label->setBuddy(language);
+  languageLabel_->setObjectName(QStringLiteral("control1077"));
+  language_->setObjectName(QStringLiteral("control1074"));
   hardware_->setObjectName(QStringLiteral("control1076"));
   hardware_->setToolTip(cardText);
   fusion_->setObjectName(QStringLiteral("control1098"));
   pureGpu_->setObjectName(QStringLiteral("control1099"));
-  auto* dark = new QCheckBox(QStringLiteral("Dark Scheme"), this);
-  dark->setObjectName(QStringLiteral("control1085"));
-  dark->setChecked(state.darkSchemeChecked());
-  dark->hide();
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-  buttons->button(QDialogButtonBox::Ok)->setText(texts(text::kOk));
-  buttons->button(QDialogButtonBox::Cancel)->setText(texts(text::kCancel));
+  dark_->setObjectName(QStringLiteral("control1085"));
+  dark_->setChecked(state.darkSchemeChecked());
+  dark_->hide();
+  FillLanguages(localization, texts);
+  Arrange(texts);
+  ShowState();
+  Connect();
+}
 
+void OptionsDialog::FillLanguages(const settings::Localization& localization, const Texts& texts) {
+  for (const settings::Language& entry : localization.languages()) {
+    language_->addItem(QString::fromStdWString(entry.name));
+  }
+  // Without a language file there is the built-in language only.
+  if (language_->count() == 0) language_->addItem(QStringLiteral("English"));
+  language_->setEnabled(language_->count() > 1);
+  language_->setCurrentIndex(state_.language());
+  languageLabel_->setBuddy(language_);
+  DressList(*language_, texts(58));
+}
+
+void OptionsDialog::Arrange(const Texts& texts) {
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(16, 16, 16, 16);
   column->setSpacing(8);
   column->addStrut(kLeastWidth);
-  column->addWidget(label);
-  column->addWidget(language);
+  column->addWidget(languageLabel_);
+  column->addWidget(language_);
   column->addSpacing(8);
   column->addWidget(hardware_);
   auto* modes = new QVBoxLayout;
@@ -62,10 +68,11 @@ OptionsDialog::OptionsDialog(settings::OptionsState& state, const settings::Loca
   modes->addWidget(pureGpu_);
   column->addLayout(modes);
   column->addSpacing(16);
-  column->addWidget(buttons);
-  ShowState();
+  column->addWidget(OkAndCancel(texts, this));
+}
 
-  connect(language, &QComboBox::currentIndexChanged, this,
+void OptionsDialog::Connect() {
+  connect(language_, &QComboBox::currentIndexChanged, this,
           [this](int index) { state_.ChooseLanguage(index); });
   connect(hardware_, &QCheckBox::clicked, this, [this](bool checked) {
     state_.CheckHardware(checked);
@@ -73,9 +80,7 @@ OptionsDialog::OptionsDialog(settings::OptionsState& state, const settings::Loca
   });
   connect(fusion_, &QRadioButton::clicked, this, [this] { state_.ChooseFusion(true); });
   connect(pureGpu_, &QRadioButton::clicked, this, [this] { state_.ChooseFusion(false); });
-  connect(dark, &QCheckBox::toggled, this, [this](bool checked) { state_.CheckDarkScheme(checked); });
-  connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  connect(dark_, &QCheckBox::toggled, this, [this](bool checked) { state_.CheckDarkScheme(checked); });
 }
 
 void OptionsDialog::ShowState() {

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDialog>
+#include <QLabel>
 #include <QRadioButton>
 
 #include "settings/options_state.h"
@@ -20,12 +22,18 @@ class OptionsDialog : public QDialog {
                 const QString& cardText, QWidget* parent);
 
  private:
+  void FillLanguages(const settings::Localization& localization, const Texts& texts);
+  void Arrange(const Texts& texts);
+  void Connect();
   void ShowState();
 
   settings::OptionsState& state_;
+  QLabel* languageLabel_;
+  QComboBox* language_;
   QCheckBox* hardware_;
   QRadioButton* fusion_;
   QRadioButton* pureGpu_;
+  QCheckBox* dark_;
 };
 
 }  // namespace mirellon::ui

@@ -9,6 +9,7 @@
 #include "ui/dialogs/batch_options_dialog.h"
 #include "ui/dialogs/save_dialog.h"
 #include "ui/local_url.h"
+#include "ui/plain_list.h"
 
 namespace mirellon::ui {
 
@@ -49,12 +50,20 @@ void QtDialogs::ShowMessage(const std::wstring& text, const std::wstring& captio
 }
 
 std::optional<std::filesystem::path> QtDialogs::AskOpenPath(const std::wstring& title) {
-  const QString chosen = QFileDialog::getOpenFileName(owner_, QString::fromStdWString(title),
-                                                      TextOf(lastFolder_), QString::fromLatin1(kOpenFilter),
-                                                      nullptr, QFileDialog::HideNameFilterDetails);
-  if (chosen.isEmpty()) return std::nullopt;
-  lastFolder_ = PathOf(chosen).parent_path();
-  return PathOf(chosen);
+  QFileDialog dialog(owner_, QString::fromStdWString(title), TextOf(lastFolder_),
+                     QString::fromLatin1(kOpenFilter));
+  dialog.setObjectName(QStringLiteral("openDialog"));
+  dialog.setFileMode(QFileDialog::ExistingFile);
+  dialog.setOption(QFileDialog::HideNameFilterDetails);
+  DressFileDialog(dialog);
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+  const std::filesystem::path chosen = PathOf(dialog.selectedFiles().first());
+  LookBeside(chosen);
+  return chosen;
+}
+
+void QtDialogs::LookBeside(const std::filesystem::path& photograph) {
+  lastFolder_ = photograph.parent_path();
 }
 
 std::optional<std::filesystem::path> QtDialogs::AskSavePath(const std::wstring& title,
@@ -98,6 +107,16 @@ std::optional<ProfileName> QtDialogs::AskProfileName(const ProfileNameQuestion& 
 
 std::optional<int> QtDialogs::AskChoice(const std::wstring& text, const std::wstring& caption,
                                         const std::vector<std::wstring>& answers) {
+  return Ask(text, caption, answers, Recommend::kFirst);
+}
+
+std::optional<int> QtDialogs::AskCarefully(const std::wstring& text, const std::wstring& caption,
+                                           const std::vector<std::wstring>& answers) {
+  return Ask(text, caption, answers, Recommend::kCancel);
+}
+
+std::optional<int> QtDialogs::Ask(const std::wstring& text, const std::wstring& caption,
+                                  const std::vector<std::wstring>& answers, Recommend recommend) {
   QMessageBox box(QMessageBox::Question, QString::fromStdWString(caption), QString::fromStdWString(text),
                   QMessageBox::NoButton, owner_);
   box.setObjectName(QStringLiteral("question"));
@@ -109,6 +128,7 @@ std::optional<int> QtDialogs::AskChoice(const std::wstring& text, const std::wst
   }
   QPushButton* cancel = box.addButton(texts_(text::kCancel), QMessageBox::RejectRole);
   box.setEscapeButton(cancel);
+  if (recommend == Recommend::kCancel) box.setDefaultButton(cancel);
   StackWideButtons(box);
   box.exec();
   for (std::size_t i = 0; i < buttons.size(); ++i) {

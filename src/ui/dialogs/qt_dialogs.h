@@ -27,7 +27,15 @@ class QtDialogs : public Dialogs {
   std::optional<int> AskChoice(const std::wstring& text, const std::wstring& caption,
                                const std::vector<std::wstring>& answers) override;
 
+  std::optional<int> AskCarefully(const std::wstring& text, const std::wstring& caption,
+                                  const std::vector<std::wstring>& answers) override;
+  void LookBeside(const std::filesystem::path& photograph) override;
+
  private:
+  enum class Recommend { kFirst, kCancel };
+  std::optional<int> Ask(const std::wstring& text, const std::wstring& caption,
+                         const std::vector<std::wstring>& answers, Recommend recommend);
+
   Texts texts_;
   QWidget* owner_ = nullptr;
   std::filesystem::path lastFolder_;

@@ -3,6 +3,8 @@
 #include <QHBoxLayout>
 #include <algorithm>
 
+#include "ui/measures.h"
+
 namespace mirellon::ui {
 
 namespace {
@@ -24,6 +26,7 @@ QualitySlider::QualitySlider(int quality, const Texts& texts, QWidget* parent)
   label->setBuddy(slider_);
   value_ = new QLabel(QString::number(quality_), this);
   value_->setObjectName(QStringLiteral("control1083"));
+  value_->setFont(TabularFont(value_->font()));
   value_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   value_->setMinimumWidth(value_->fontMetrics().horizontalAdvance(QStringLiteral("100")));
   auto* percent = new QLabel(QStringLiteral("%"), this);

@@ -5,6 +5,8 @@
 #include <QPushButton>
 #include <system_error>
 
+#include "ui/plain_list.h"
+
 namespace mirellon::ui {
 
 namespace {
@@ -33,6 +35,7 @@ SaveDialog::SaveDialog(const SaveQuestion& question, const Texts& texts, QWidget
     : QFileDialog(parent, QString::fromStdWString(question.title)),
       texts_(texts),
       bits_(question.bitsPerComponent),
+      source_(question.source),
       quality_(new QualitySlider(question.jpegQuality, texts, this)) {
   setObjectName(QStringLiteral("saveDialog"));
   setAcceptMode(AcceptSave);
@@ -40,6 +43,7 @@ SaveDialog::SaveDialog(const SaveQuestion& question, const Texts& texts, QWidget
   // The quality panel and the question about the final name need a dialog of our own.
   setOption(DontUseNativeDialog);
   setOption(DontConfirmOverwrite);
+  DressFileDialog(*this);
   const QStringList filters = FiltersFor(bits_);
   setNameFilters(filters);
   selectNameFilter(filters.value(question.proposal.filterIndex - 1, filters.first()));
@@ -78,7 +82,21 @@ void SaveDialog::FollowFilter() {
   quality_->setEnabled(FilterIndex() == kJpegFilter);
 }
 
+bool SaveDialog::IsSource(const std::filesystem::path& path) const {
+  std::error_code none;
+  return !source_.empty() && std::filesystem::equivalent(path, source_, none);
+}
+
 bool SaveDialog::MayReplace(const std::filesystem::path& path) {
+  if (IsSource(path)) {
+    QMessageBox box(QMessageBox::Warning, windowTitle(),
+                    texts_(text::kNotSaved).arg(ShownName(path), texts_(text::kIsSource)), QMessageBox::Ok,
+                    this);
+    box.setTextFormat(Qt::PlainText);
+    box.button(QMessageBox::Ok)->setText(texts_(text::kOk));
+    box.exec();
+    return false;
+  }
   QMessageBox box(QMessageBox::Question, windowTitle(), texts_(text::kOverwriteQuestion).arg(ShownName(path)),
                   QMessageBox::Yes | QMessageBox::No, this);
   box.setTextFormat(Qt::PlainText);

@@ -11,7 +11,7 @@
 namespace mirellon::ui {
 
 // Offers the formats that suit the picture's depth. A name without one of their extensions gets the selected
-// one's; an existing file is asked about under the name it really has.
+// one's; an existing file is asked about under the name it really has, the photograph's own file is refused.
 class SaveDialog : public QFileDialog {
   Q_OBJECT
 
@@ -25,10 +25,13 @@ class SaveDialog : public QFileDialog {
   [[nodiscard]] std::filesystem::path CompletePath() const;
   [[nodiscard]] int FilterIndex() const;  // counted from 1
   void FollowFilter();
+  // The photograph itself, by whatever name or link.
+  [[nodiscard]] bool IsSource(const std::filesystem::path& path) const;
   [[nodiscard]] bool MayReplace(const std::filesystem::path& path);
 
   Texts texts_;
   int bits_;
+  std::filesystem::path source_;
   QualitySlider* quality_;
   QLineEdit* name_ = nullptr;
   QString typed_;  // the name as its user left it

@@ -43,7 +43,6 @@ class PreviewQueue {
   // The job in work has ended, stopped or not.
   [[nodiscard]] Outcome Finished();
 
-  [[nodiscard]] Job inWork() const { return inWork_; }
   [[nodiscard]] bool idle() const { return inWork_ == Job::kNone && !runWaits_ && !waiting_; }
 
  private:

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 #include "base/ini_file.h"
 #include "base/paths.h"
 #include "base/text.h"
+#include "settings/ini_update.h"
 
 namespace mirellon::ui {
 
@@ -44,19 +46,23 @@ void RecentFiles::Load(const std::filesystem::path& iniFile) {
   }
 }
 
+void RecentFiles::Refresh(const std::filesystem::path& iniFile) {
+  const std::vector<std::filesystem::path> mine = std::move(files_);
+  Load(iniFile);
+  // What no file can hold is known here alone.
+  for (auto file = mine.rbegin(); file != mine.rend(); ++file) {
+    if (!CanBeKept(*file)) Add(*file);
+  }
+}
+
 bool RecentFiles::Store(const std::filesystem::path& iniFile) const {
   if (base::EnsureFolder(iniFile.parent_path())) return true;
-  base::IniFile ini;
-  if (ini.Read(iniFile) == base::IniFile::ReadResult::kFailed) return true;
-  std::size_t index = 0;
+  std::vector<settings::IniValue> values;
   for (const std::filesystem::path& file : files_) {
-    if (!CanBeKept(file)) continue;
-    if (ini.Set(kSection, KeyOf(index++), base::WideFromUtf8(file.native()))) return true;
+    if (CanBeKept(file)) values.push_back({KeyOf(values.size()), base::WideFromUtf8(file.native())});
   }
-  for (; index < kMost; ++index) {
-    if (ini.Find(kSection, KeyOf(index)) && ini.Set(kSection, KeyOf(index), L"")) return true;
-  }
-  return ini.Write(iniFile);
+  while (values.size() < kMost) values.push_back({KeyOf(values.size()), L""});
+  return settings::UpdateIni(iniFile, kSection, values).failed;
 }
 
 }  // namespace mirellon::ui

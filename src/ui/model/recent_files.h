@@ -19,6 +19,8 @@ class RecentFiles {
   // The section "Recent Files" of an ini file, keys "File0" and on. A missing file gives an empty list; a
   // name that an ini file cannot hold (with a line end, or not UTF-8) is not kept. True = failed to write.
   void Load(const std::filesystem::path& iniFile);
+  // Takes what another program has stored meanwhile.
+  void Refresh(const std::filesystem::path& iniFile);
   [[nodiscard]] bool Store(const std::filesystem::path& iniFile) const;
 
  private:

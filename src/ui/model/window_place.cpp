@@ -3,6 +3,7 @@
 #include "base/ini_file.h"
 #include "base/paths.h"
 #include "base/text.h"
+#include "settings/ini_update.h"
 
 namespace mirellon::ui {
 
@@ -20,10 +21,7 @@ WindowPlace LoadWindowPlace(const std::filesystem::path& iniFile, const wchar_t*
 
 bool StoreWindowPlace(const std::filesystem::path& iniFile, const WindowPlace& place, const wchar_t* key) {
   if (base::EnsureFolder(iniFile.parent_path())) return true;
-  base::IniFile ini;
-  if (ini.Read(iniFile) == base::IniFile::ReadResult::kFailed) return true;
-  if (ini.Set(kSection, key, base::WideFromUtf8(place.geometry))) return true;
-  return ini.Write(iniFile);
+  return settings::UpdateIni(iniFile, kSection, key, base::WideFromUtf8(place.geometry)).failed;
 }
 
 }  // namespace mirellon::ui

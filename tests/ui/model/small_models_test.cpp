@@ -166,10 +166,37 @@ TEST(RecentFilesTest, KeepsTheNewestOnceAcrossRuns) {
   EXPECT_EQ(again.files(), expected) << "all but the one that an ini file cannot hold";
   EXPECT_EQ(expected[1], "/p/9.jpg");
   EXPECT_EQ(LoadWindowPlace(ini).geometry, "abc+/=");
+  // Another window's and one's own.
+  RecentFiles other;
+  other.Load(ini);
+  other.Add("/p/other.jpg");
+  ASSERT_FALSE(other.Store(ini));
+  files.Refresh(ini);
+  EXPECT_EQ(files.files()[0], "/p/line\nbreak.jpg");
+  EXPECT_EQ(files.files()[1], "/p/other.jpg");
+  EXPECT_EQ(files.files().size(), RecentFiles::kMost);
   again.Clear();
   ASSERT_FALSE(again.Store(ini));
   files.Load(ini);
   EXPECT_TRUE(files.files().empty());
+}
+
+TEST(RecentFilesTest, KeepsACopyOfWhatItCannotUnderstand) {
+  for (const bool place : {false, true}) {
+    const test::TemporaryFolder folder;
+    const std::filesystem::path ini = folder / "settings.txt";
+    test::WriteBytes(ini, "a line of no kind\n");
+    RecentFiles files;
+    files.Add("/p/a.jpg");
+    ASSERT_FALSE(place ? StoreWindowPlace(ini, {"abc"}) : files.Store(ini));
+    int others = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path())) {
+      if (entry.path() == ini) continue;
+      ++others;
+      EXPECT_EQ(test::ReadBytes(entry.path()), "a line of no kind\n");
+    }
+    EXPECT_EQ(others, 1);
+  }
 }
 
 TEST(FolderWalkTest, WalksImagesByName) {
