@@ -120,8 +120,16 @@ void ImageView::SetLocked(bool locked) {
   if (locked_ == locked) return;
   if (locked) HoldOriginal(false);
   locked_ = locked;
-  unsetCursor();
-  if (locked) setCursor(Qt::BusyCursor);
+  ShowPicking();
+}
+
+void ImageView::ShowPicking() {
+  // While it is locked, the pointer looks as in the whole window.
+  if (picking_ && !locked_) {
+    setCursor(Qt::CrossCursor);
+  } else {
+    unsetCursor();
+  }
 }
 
 void ImageView::HoldOriginal(bool hold) {
@@ -135,11 +143,7 @@ void ImageView::HoldOriginal(bool hold) {
 void ImageView::SetPicking(bool picking) {
   if (picking_ == picking) return;
   picking_ = picking;
-  if (picking) {
-    setCursor(Qt::CrossCursor);
-  } else {
-    unsetCursor();
-  }
+  ShowPicking();
   emit pickingChanged(picking);
 }
 
@@ -209,9 +213,9 @@ void ImageView::AfterZoom() {
 }
 
 void ImageView::FollowSize() {
-  const double scale = devicePixelRatioF();
-  const int width = static_cast<int>(std::lround(QWidget::width() * scale));
-  const int height = static_cast<int>(std::lround(QWidget::height() * scale));
+  scale_ = devicePixelRatioF();
+  const int width = static_cast<int>(std::lround(QWidget::width() * scale_));
+  const int height = static_cast<int>(std::lround(QWidget::height() * scale_));
   const double before = geometry_.zoom();
   geometry_.SetViewSize(mode_ == ViewMode::kSideBySide ? std::max((width - kPaneGap) / 2, 1) : width, height);
   if (geometry_.zoom() != before) emit zoomChanged(geometry_.zoom());
@@ -236,6 +240,11 @@ void ImageView::DrawPane(QPainter& painter, int which, int left) {
 }
 
 void ImageView::paintEvent(QPaintEvent* /*event*/) {
+  // On a screen of another scale, the same size is another number of pixels, and no resizing tells of it.
+  if (scale_ != devicePixelRatioF()) {
+    FollowSize();
+    Redraw();
+  }
   QPainter painter(this);
   if (geometry_.empty()) return DrawPane(painter, shown(), 0);
   DrawComparison(painter);

@@ -62,6 +62,7 @@ class ImageView : public QWidget {
   [[nodiscard]] const PreviewRectangle& rectangle() const { return rectangle_; }
   [[nodiscard]] bool rectangleShown() const { return rectangleShown_; }
   [[nodiscard]] bool picking() const { return picking_; }
+  [[nodiscard]] bool holdsOriginal() const { return holdOriginal_; }
   // Which picture is drawn now, as the renderer numbers them.
   [[nodiscard]] int shown() const;
 
@@ -90,6 +91,7 @@ class ImageView : public QWidget {
   void Redraw();
   void AfterZoom();
   void FollowSize();
+  void ShowPicking();  // by the pointer's look
   void BeginGesture(const QPoint& at);
   void ContinueGesture(const QPoint& at);
   void UpdateCursor(const QPoint& at);
@@ -119,6 +121,7 @@ class ImageView : public QWidget {
   Labels labels_;
   unsigned edges_ = kNoEdge;  // being dragged
   double split_ = 0.5;        // of the view's width
+  double scale_ = 1.0;        // device pixels to a logical one, as the geometry has it
   Gesture gesture_ = Gesture::kNone;
   QPoint last_;                        // pointer, device pixels
   QPoint anchor_;                      // where a picked rectangle began, picture coordinates

@@ -35,6 +35,40 @@ class ImageViewTest : public ::testing::Test {
   ImageView view;
 };
 
+TEST_F(ImageViewTest, ThePickersCrossComesBackAfterARun) {
+  view.SetPicking(true);
+  view.SetLocked(true);
+  EXPECT_EQ(view.cursor().shape(), Qt::ArrowCursor) << "the window's";
+  view.SetLocked(false);
+  EXPECT_EQ(view.cursor().shape(), Qt::CrossCursor);
+}
+
+// On a screen that gives a logical pixel two of its own from some moment on.
+class ScaledView : public ImageView {
+ public:
+  int scale = 1;
+
+ protected:
+  int metric(PaintDeviceMetric metric) const override {
+    if (metric == PdmDevicePixelRatio) return scale;
+    if (metric == PdmDevicePixelRatioScaled) return scale * static_cast<int>(devicePixelRatioFScale());
+    return ImageView::metric(metric);
+  }
+};
+
+TEST(ScaledViewTest, FollowsTheWindowToAnotherScreen) {
+  ScaledView view;
+  view.resize(600, 400);
+  view.show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&view));
+  view.ShowPhotograph(MakeDisplay(test::PhotoLikePicture(1200, 800, 3, 8, 5)));
+  EXPECT_DOUBLE_EQ(view.geometry().zoom(), 0.5);
+  view.scale = 2;
+  view.repaint();
+  EXPECT_EQ(view.geometry().viewWidth(), 1200);
+  EXPECT_DOUBLE_EQ(view.geometry().zoom(), 1.0) << "still fitted";
+}
+
 TEST_F(ImageViewTest, ZoomsByWheelKeysListAndDoubleClick) {
   EXPECT_DOUBLE_EQ(view.geometry().zoom(), 0.5);
   QSignalSpy zooms(&view, &ImageView::zoomChanged);
