@@ -22,6 +22,7 @@ BackgroundWorker::~BackgroundWorker() {
 }
 
 void BackgroundWorker::Post(std::function<void()> work, Done done) {
+  ++unfinished_;
   {
     const std::scoped_lock lock(mutex_);
     jobs_.push_back({std::move(work), std::move(done)});
@@ -53,7 +54,12 @@ void BackgroundWorker::Do(Job job) {
   }
   job.work = nullptr;
   QMetaObject::invokeMethod(
-      this, [done = std::move(job.done), outOfMemory] { done(outOfMemory); }, Qt::QueuedConnection);
+      this,
+      [this, done = std::move(job.done), outOfMemory] {
+        --unfinished_;
+        done(outOfMemory);
+      },
+      Qt::QueuedConnection);
 }
 
 }  // namespace mirellon::ui

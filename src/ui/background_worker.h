@@ -4,6 +4,7 @@
 #include <QObject>
 #include <QThread>
 #include <condition_variable>
+#include <cstddef>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -28,6 +29,8 @@ class BackgroundWorker : public QObject {
 
   // What both functions hold is freed on the owner's thread or, for `work`, on the worker's.
   void Post(std::function<void()> work, Done done);
+  // No job is left whose `done` has not been called.
+  [[nodiscard]] bool idle() const { return unfinished_ == 0; }
 
  private:
   struct Job {
@@ -37,6 +40,7 @@ class BackgroundWorker : public QObject {
   void Loop();
   void Do(Job job);
 
+  std::size_t unfinished_ = 0;  // the owner's thread alone
   std::mutex mutex_;
   std::condition_variable_any wake_;
   std::deque<Job> jobs_;

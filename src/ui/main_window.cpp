@@ -206,8 +206,10 @@ void MainWindow::Connect() {
   connect(status_, &StatusLine::stopRequested, &workbench_, &Workbench::Abort);
   progressTimer_.setInterval(kProgressMs);
   connect(&progressTimer_, &QTimer::timeout, this, [this] {
-    status_->ShowProgress(batch_.running() ? batch_.progressPermille() : workbench_.progressPermille());
-    panel_->ShowProgress(workbench_.progressPermille());
+    const std::optional<int> permille =
+        batch_.running() ? batch_.progressPermille() : workbench_.progressPermille();
+    status_->ShowProgress(permille);
+    panel_->ShowProgress(permille.value_or(0));
   });
   commandTimer_.setSingleShot(true);
   commandTimer_.setInterval(kCommandDelayMs);
@@ -237,7 +239,11 @@ void MainWindow::ConnectWorkbench() {
     status_->Note(note);
     if (auto next = std::exchange(afterSave_, nullptr)) next();
   });
+  connect(&workbench_, &Workbench::previewFailed, this, [this] { view_->ShowPatch(std::nullopt); });
+  // The run took the place of a preview that was wished for.
+  connect(&workbench_, &Workbench::denoiseAborted, this, &MainWindow::RequestPreview);
   connect(&workbench_, &Workbench::denoiseFailed, this, [this] {
+    RequestPreview();
     context_.dialogs.ShowMessage(texts_(text::kNoMemory).toStdWString(), texts_(text::kError).toStdWString(),
                                  base::MessageKind::kError);
   });

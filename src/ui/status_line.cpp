@@ -8,6 +8,7 @@ namespace mirellon::ui {
 namespace {
 
 constexpr int kNoteMs = 6000;
+constexpr int kWholeBar = 1000;
 constexpr int kWorkDelayMs = 250;
 
 }  // namespace
@@ -26,7 +27,7 @@ StatusLine::StatusLine(const Texts& texts, QWidget* parent)
   hint_->setObjectName(QStringLiteral("hint"));
   bar_->setObjectName(QStringLiteral("statusProgress"));
   bar_->setAccessibleName(texts(text::kProgress));
-  bar_->setRange(0, 1000);
+  bar_->setRange(0, kWholeBar);
   bar_->setTextVisible(false);
   bar_->setFixedSize(140, 8);
   bar_->hide();
@@ -93,8 +94,9 @@ void StatusLine::ShowWork(const QString& work, bool stoppable) {
   UpdateHint();
 }
 
-void StatusLine::ShowProgress(int permille) {
-  bar_->setValue(permille);
+void StatusLine::ShowProgress(std::optional<int> permille) {
+  bar_->setRange(0, permille ? kWholeBar : 0);
+  bar_->setValue(permille.value_or(0));
 }
 
 void StatusLine::UpdateHint() {

@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QStatusBar>
 #include <QTimer>
+#include <optional>
 
 #include "ui/model/document_session.h"
 #include "ui/texts.h"
@@ -26,7 +27,7 @@ class StatusLine : public QStatusBar {
   void ShowZoom(double zoom);
   // What is being done, once it has taken a moment; nothing with an empty text. `stoppable` shows the button.
   void ShowWork(const QString& work, bool stoppable);
-  void ShowProgress(int permille);
+  void ShowProgress(std::optional<int> permille);  // nothing: unknown
 
  signals:
   void stopRequested();

@@ -9,18 +9,27 @@ Workbench::Workbench(engine::EngineContext& context, std::filesystem::path appli
     : context_(context), applicationData_(std::move(applicationData)) {}
 
 Workbench::~Workbench() {
+  DropLoad();
   context_.control.RequestAbort();
   saveControl_.RequestAbort();
+}
+
+bool Workbench::CanLoad() const {
+  return session_.activity() == Activity::kIdle || session_.activity() == Activity::kLoading;
 }
 
 bool Workbench::Load(const std::filesystem::path& path) {
   const std::optional<unsigned> number = session_.BeginLoad();
   if (!number) return false;
+  DropLoad();
+  loadControl_ = std::make_shared<base::RunControl>();
   auto outcome = std::make_shared<LoadOutcome>();
-  files_.Post([outcome, path, colours = colours_] { *outcome = LoadPhotograph(path, colours); },
+  files_.Post([outcome, path, colours = colours_,
+               control = loadControl_] { *outcome = LoadPhotograph(path, colours, *control); },
               [this, outcome, path, number](bool outOfMemory) {
                 if (outOfMemory) outcome->report.status = imageio::LoadStatus::kOutOfMemory;
                 Loaded(*number, path, std::move(*outcome));
+                StartBatchWhenFree();
               });
   emit activityChanged();
   return true;
@@ -76,6 +85,7 @@ bool Workbench::Save(const std::filesystem::path& target, int jpegQuality) {
 
 bool Workbench::Close() {
   if (!session_.Close()) return false;
+  DropLoad();
   Follow(queue_.Drop());
   emit photographChanged();
   emit activityChanged();
@@ -103,6 +113,11 @@ void Workbench::FollowColours() {
               });
 }
 
+std::optional<int> Workbench::progressPermille() const {
+  const bool files = session_.activity() == Activity::kLoading || session_.activity() == Activity::kSaving;
+  return files ? std::nullopt : progress_.Permille();
+}
+
 void Workbench::WishPreview(const PreviewWish& wish) {
   if (session_.hasImage()) Follow(queue_.WishPreview(wish));
 }
@@ -116,6 +131,7 @@ void Workbench::Abort() {
     case Activity::kLoading:
       // A number of its own makes the one on its way a stranger.
       if (const std::optional<unsigned> number = session_.BeginLoad()) session_.FailLoad(*number);
+      DropLoad();
       emit activityChanged();
       return;
     case Activity::kDenoising:
@@ -146,8 +162,12 @@ void Workbench::FinishBatch() {
   emit activityChanged();
 }
 
+void Workbench::DropLoad() {
+  if (loadControl_ != nullptr) loadControl_->RequestAbort();
+}
+
 void Workbench::StartBatchWhenFree() {
-  if (batchReady_ == nullptr || !queue_.idle()) return;
+  if (batchReady_ == nullptr || !queue_.idle() || !files_.idle()) return;
   context_.control.ClearAbort();
   std::exchange(batchReady_, nullptr)();
 }
@@ -180,7 +200,12 @@ void Workbench::StartPreview(const PreviewWish& wish) {
                 photograph] { *preview = MakePreview(context_, photograph, stored, &progress_); },
                [this, preview, wish](bool) {
                  EngineJobEnded([&](bool wanted) {
-                   if (wanted && *preview != nullptr) emit previewReady(wish.rect, *preview);
+                   if (!wanted) return;
+                   if (*preview == nullptr) {
+                     emit previewFailed();
+                   } else {
+                     emit previewReady(wish.rect, *preview);
+                   }
                  });
                });
   emit previewStateChanged();
@@ -198,6 +223,7 @@ void Workbench::StartRun() {
           session_.FinishDenoise(done ? std::move(*result) : std::nullopt);
           if (done) emit resultChanged();
           emit activityChanged();
+          if (!done && aborted_) emit denoiseAborted();
           if (!done && !aborted_) emit denoiseFailed();
           FollowColours();
         });
@@ -208,6 +234,7 @@ void Workbench::GiveUpRun() {
   if (session_.activity() != Activity::kDenoising || !queue_.idle()) return;
   session_.FinishDenoise(std::nullopt);
   emit activityChanged();
+  emit denoiseAborted();
 }
 
 void Workbench::EngineJobEnded(const std::function<void(bool wanted)>& show) {

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "base/run_control.h"
 #include "engine/engine_context.h"
@@ -30,6 +31,7 @@ class Workbench : public QObject {
   Workbench(const Workbench&) = delete;
   Workbench& operator=(const Workbench&) = delete;
 
+  [[nodiscard]] bool CanLoad() const;
   // Each is refused (false) while the session forbids it.
   bool Load(const std::filesystem::path& path);
   bool Denoise(const RunWish& wish);
@@ -48,13 +50,13 @@ class Workbench : public QObject {
 
   // Stops what is being done, a preview excepted. A load goes on unseen, its photograph is dropped.
   void Abort();
-  // For a batch: the engine is wanted elsewhere. Calls `ready` once no job uses it any more.
+  // For a batch: engine and files are wanted elsewhere. Calls `ready` once no job uses them any more.
   bool BeginBatch(std::function<void()> ready);
   void FinishBatch();
 
   [[nodiscard]] const DocumentSession& session() const { return session_; }
-  // Of the activity, or of the preview where there is none.
-  [[nodiscard]] int progressPermille() const { return progress_.Permille(); }
+  // Of the engine's job; nothing as long as that is unknown, and for what goes on without a number.
+  [[nodiscard]] std::optional<int> progressPermille() const;
   [[nodiscard]] bool previewing() const { return !queue_.idle() && session_.activity() == Activity::kIdle; }
   // Nothing runs.
   [[nodiscard]] bool idle() const { return queue_.idle() && session_.activity() == Activity::kIdle; }
@@ -67,7 +69,9 @@ class Workbench : public QObject {
   void previewReady(const mirellon::ui::PictureRect& rect, const mirellon::ui::SharedDisplay& preview);
   void previewStateChanged();  // one was begun or ended
   void loadFailed(const std::filesystem::path& path, const mirellon::imageio::LoadReport& report);
-  void denoiseFailed();  // out of memory; not after Abort
+  void previewFailed();   // out of memory
+  void denoiseFailed();   // likewise
+  void denoiseAborted();  // by Abort()
   void saved(const mirellon::imageio::SaveReport& report);
   void saveFailed(const std::filesystem::path& target, const mirellon::imageio::SaveReport& report);
 
@@ -80,6 +84,7 @@ class Workbench : public QObject {
   void EngineJobEnded(const std::function<void(bool wanted)>& show);
   // A run that was stopped before it began leaves nothing that would end it.
   void GiveUpRun();
+  void DropLoad();
   void StartBatchWhenFree();
   // Has shown again what is still in other colours.
   void FollowColours();
@@ -91,6 +96,8 @@ class Workbench : public QObject {
   RunWish run_;  // that waits or is in work
   SharedProgress progress_;
   base::RunControl saveControl_;
+  // Of the latest load: each has its own, so that one that was replaced gives up.
+  std::shared_ptr<base::RunControl> loadControl_;
   bool aborted_ = false;  // the run, by its user
   SharedColours colours_ = std::make_shared<const ViewColours>();
   bool recolouring_ = false;

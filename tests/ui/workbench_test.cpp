@@ -178,6 +178,35 @@ TEST_F(WorkbenchTest, AnAbortedLoadChangesNothing) {
   EXPECT_EQ(workbench.session().photograph().source, source);
 }
 
+TEST_F(WorkbenchTest, ALoadThatIsNotWantedAnyMoreGivesUp) {
+  const auto file = folder / "photo.png";
+  ASSERT_FALSE(imageio::WriteImageFile(test::PhotoLikePicture(40, 30, 3, 8, 3), file, {}, 95, {}));
+  base::RunControl control;
+  const auto colours = std::make_shared<const ViewColours>();
+  EXPECT_NE(LoadPhotograph(file, colours, control).photograph.source, nullptr);
+  control.RequestAbort();
+  const LoadOutcome outcome = LoadPhotograph(file, colours, control);
+  EXPECT_EQ(outcome.photograph.source, nullptr);
+  EXPECT_EQ(outcome.report.status, imageio::LoadStatus::kCancelled);
+  // Of many loads, only the last one is shown.
+  QSignalSpy shown(&workbench, &Workbench::photographChanged);
+  for (int i = 0; i < 20; ++i) ASSERT_TRUE(workbench.Load(file));
+  ASSERT_TRUE(WaitFor([&] { return workbench.idle(); }));
+  EXPECT_EQ(shown.count(), 1);
+}
+
+TEST_F(WorkbenchTest, ABatchWaitsForALoadThatWasDropped) {
+  const auto file = folder / "photo.png";
+  ASSERT_FALSE(imageio::WriteImageFile(test::PhotoLikePicture(900, 700, 3, 8, 3), file, {}, 95, {}));
+  ASSERT_TRUE(workbench.Load(file));
+  ASSERT_TRUE(workbench.Close());
+  bool ready = false;
+  ASSERT_TRUE(workbench.BeginBatch([&] { ready = true; }));
+  EXPECT_FALSE(ready) << "it may still be decoded";
+  ASSERT_TRUE(WaitFor([&] { return ready; }));
+  workbench.FinishBatch();
+}
+
 TEST_F(WorkbenchTest, BatchWaitsForTheEngine) {
   Open(test::PhotoLikePicture(1600, 1200, 3, 8, 3));
   PreviewWish wish;

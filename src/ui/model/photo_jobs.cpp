@@ -36,13 +36,20 @@ void FindColours(Photograph& photograph, const picture::SBxPicBuf& source, const
 
 }  // namespace
 
-LoadOutcome LoadPhotograph(const std::filesystem::path& path, const SharedColours& colours) {
+LoadOutcome LoadPhotograph(const std::filesystem::path& path, const SharedColours& colours,
+                           const base::RunControl& control) {
   LoadOutcome outcome;
+  const auto cancelled = [&] {
+    if (control.Aborted()) outcome.report.status = imageio::LoadStatus::kCancelled;
+    return control.Aborted();
+  };
   imageio::Document document;
   std::filesystem::path file = path;
-  if (imageio::LoadImageFile(document, file, true, &outcome.report)) return outcome;
+  if (cancelled() || imageio::LoadImageFile(document, file, true, &outcome.report)) return outcome;
   Photograph& photograph = outcome.photograph;
+  if (cancelled()) return outcome;
   photograph.noise = engine::MeasureNoise(document.source);
+  if (cancelled()) return outcome;
   if (!document.profile.empty()) {
     photograph.profile = std::make_shared<const std::string>(std::move(document.profile));
   }
@@ -52,7 +59,6 @@ LoadOutcome LoadPhotograph(const std::filesystem::path& path, const SharedColour
   photograph.display = MakeDisplay(document.source, photograph.look);
   if (photograph.noise.failed || photograph.display == nullptr) {
     outcome.report.status = imageio::LoadStatus::kOutOfMemory;
-    outcome.report.cause = "not enough memory";
     return outcome;
   }
   photograph.exif = std::move(document.exif);

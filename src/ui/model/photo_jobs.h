@@ -18,7 +18,9 @@ struct LoadOutcome {
   imageio::LoadReport report;
 };
 // Decodes, reads the EXIF texts, measures the noise and prepares what the view draws from, in these colours.
-[[nodiscard]] LoadOutcome LoadPhotograph(const std::filesystem::path& path, const SharedColours& colours);
+// Gives up between these on a request to abort: cancelled.
+[[nodiscard]] LoadOutcome LoadPhotograph(const std::filesystem::path& path, const SharedColours& colours,
+                                         const base::RunControl& control);
 
 // A run on the whole photograph. The card is used where the engine's context has one that can be.
 struct RunWish {

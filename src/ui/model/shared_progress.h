@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <optional>
 
 #include "base/progress_sink.h"
 
@@ -19,11 +20,11 @@ class SharedProgress : public base::ProgressSink {
   void SetStep(int /*step*/) override {}
   void Advance(int n) override { position_ += n; }
 
-  // 0 to 1000.
-  [[nodiscard]] int Permille() const {
+  // 0 to 1000; nothing as long as there is no range.
+  [[nodiscard]] std::optional<int> Permille() const {
     const long long low = low_;
     const long long range = high_ - low;
-    if (range <= 0) return 0;
+    if (range <= 0) return std::nullopt;
     return static_cast<int>(std::clamp((position_ - low) * 1000 / range, 0LL, 1000LL));
   }
   void Reset() {
