@@ -274,6 +274,14 @@ constexpr std::array kOwnTexts = std::to_array<TextRow>({
     {331, L"Denoised"},
     {340, L"The first setting of all stays"},
     {341, L"Progress"},
+    {350, L"Nothing was saved: the photograph was closed or replaced meanwhile."},
+    {351, L"The photograph is still being denoised."},
+    {352, L"Stop and Close"},
+    {353,
+     L"The file of camera settings %1 cannot be used as it is: %2. When settings are saved, it is kept under "
+     L"another name."},
+    {354, L"The camera settings added or deleted meanwhile are lost when the window closes."},
+    {355, L"Close Anyway"},
 });
 
 constexpr bool Ascending(std::span<const TextRow> rows, int first, int last) {

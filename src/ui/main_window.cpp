@@ -1,7 +1,6 @@
 #include "ui/main_window.h"
 
 #include <QApplication>
-#include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QFileInfo>
 #include <QHBoxLayout>
@@ -214,6 +213,7 @@ void MainWindow::Connect() {
   commandTimer_.setSingleShot(true);
   commandTimer_.setInterval(kCommandDelayMs);
   connect(&commandTimer_, &QTimer::timeout, this, &MainWindow::UpdateCommands);
+  connect(&walker_, &FolderWalker::arrived, this, &MainWindow::FinishWalk);
 }
 
 void MainWindow::ConnectWorkbench() {
@@ -255,6 +255,11 @@ void MainWindow::FollowActivity() {
   const Activity activity = workbench_.session().activity();
   const bool denoising = activity == Activity::kDenoising;
   view_->SetLocked(denoising);
+  if (denoising || activity == Activity::kBatch) {
+    setCursor(Qt::WaitCursor);
+  } else {
+    unsetCursor();
+  }
   panel_->SetRunning(denoising, workbench_.session().denoised());
   if (activity == Activity::kLoading) {
     commandTimer_.start();
@@ -280,13 +285,22 @@ void MainWindow::FollowActivity() {
     progressTimer_.start();
   }
   if (activity == Activity::kIdle) afterDenoise_ = nullptr;  // taken by then, or stopped
-  if (closing_ && workbench_.idle()) close();
+  if (closing_) CloseWhenIdle();
+}
+
+CommandContext MainWindow::State() const {
+  const DocumentSession& session = workbench_.session();
+  return {session.hasImage(), session.activity(), panel_->canUndo(), panel_->canRedo()};
+}
+
+bool MainWindow::Can(Command command) const {
+  return !closing_ && CommandEnabled(command, State());
 }
 
 void MainWindow::UpdateCommands() {
   commandTimer_.stop();
   const DocumentSession& session = workbench_.session();
-  actions_->Update({session.hasImage(), session.activity(), panel_->canUndo(), panel_->canRedo()});
+  actions_->Update(State());
   const bool usable =
       CommandEnabled(Command::kZoomIn, {session.hasImage(), session.activity(), false, false});
   zoomBox_->setEnabled(usable);
@@ -296,11 +310,12 @@ void MainWindow::UpdateCommands() {
   for (QMenu* menu : busyMenus_) menu->setEnabled(open);
   startHint_->setEnabled(open);
   recentMenu_->setEnabled(open && !recent_.files().empty());
-  panel_->SetUsable(session.hasImage() && session.activity() != Activity::kLoading);
+  panel_->SetUsable(session.hasImage() && session.activity() == Activity::kIdle);
 }
 
 void MainWindow::FollowPhotograph() {
   const Photograph& photograph = workbench_.session().photograph();
+  walked_.clear();
   setWindowTitle(FrameTitle(workbench_.session().Title()));
   startHint_->setVisible(photograph.source == nullptr);
   view_->ShowPhotograph(photograph.display);
@@ -333,11 +348,11 @@ void MainWindow::FollowResult() {
 
 void MainWindow::UpdateHint() {
   const DocumentSession& session = workbench_.session();
-  if (!session.hasImage()) {
-    status_->SetHint(texts_(text::kOpenHint));
-  } else {
-    status_->SetHint(texts_(view_->rectangleShown() ? text::kPreviewHint : text::kCompareHint));
-  }
+  const bool outlined = view_->rectangleShown() && view_->mode() != ViewMode::kNoise;
+  int hint = session.denoised() ? text::kCompareHint : text::kViewHint;
+  if (outlined) hint = text::kPreviewHint;
+  if (!session.hasImage()) hint = text::kOpenHint;
+  status_->SetHint(texts_(hint));
 }
 
 void MainWindow::UpdateRecentMenu() {
@@ -345,7 +360,7 @@ void MainWindow::UpdateRecentMenu() {
   for (std::size_t i = 0; i < recent_.files().size(); ++i) {
     const std::filesystem::path file = recent_.files()[i];
     QAction* action = recentMenu_->addAction(RecentText(i, file, recentMenu_->fontMetrics()));
-    connect(action, &QAction::triggered, this, [this, file] { LeaveThen([this, file] { Open(file); }); });
+    connect(action, &QAction::triggered, this, [this, file] { OpenInstead(file); });
   }
   recentMenu_->addSeparator();
   connect(recentMenu_->addAction(texts_(text::kClearList)), &QAction::triggered, this, [this] {
@@ -369,7 +384,7 @@ void MainWindow::ShowRectangle(bool shown) {
 
 void MainWindow::RequestPreview() {
   const std::optional<PictureRect>& rect = view_->rectangle().rect();
-  if (!rect || workbench_.session().activity() == Activity::kDenoising) return;
+  if (!rect || closing_ || workbench_.session().activity() == Activity::kDenoising) return;
   // What the whole run has made is shown as long as nothing differs from it.
   if (workbench_.session().ResultIsOf(panel_->parameters(), panel_->quality())) {
     workbench_.DropPreview();
@@ -395,9 +410,13 @@ void MainWindow::FollowColours() {
 
 // ---- Window ----
 
-void MainWindow::Open(const std::filesystem::path& photograph) {
+bool MainWindow::Open(const std::filesystem::path& photograph) {
+  if (!workbench_.CanLoad()) return false;
+  afterSave_ = nullptr;
+  walker_.Drop();
+  walked_.clear();
   opening_ = photograph;
-  workbench_.Load(photograph);
+  return workbench_.Load(photograph);
 }
 
 void MainWindow::RestorePlace() {
@@ -407,45 +426,10 @@ void MainWindow::RestorePlace() {
     restoreGeometry(QByteArray::fromBase64(QByteArray::fromStdString(place.geometry)));
 }
 
-void MainWindow::StorePlace() {
-  const WindowPlace place{saveGeometry().toBase64().toStdString()};
-  (void)StoreWindowPlace(base::SettingsFile(context_.applicationData), place);  // the usual one at worst
-}
-
-void MainWindow::closeEvent(QCloseEvent* event) {
-  if (workbench_.session().activity() == Activity::kBatch && !MayLeaveBatch()) return event->ignore();
-  if (!workbench_.idle()) {
-    // Nothing is torn: what runs is stopped, a save is waited for, and then the window closes.
-    event->ignore();
-    closing_ = true;
-    workbench_.DropPreview();
-    if (workbench_.session().activity() != Activity::kSaving) workbench_.Abort();
-    if (workbench_.idle()) QTimer::singleShot(0, this, &MainWindow::close);
-    return;
-  }
-  closing_ = false;
-  if (const Leave leave = AskToLeave(); leave != Leave::kNow) {
-    event->ignore();
-    if (leave == Leave::kAfterSaving) {
-      afterSave_ = [this] { close(); };
-      AskAndSave();
-    }
-    return;
-  }
-  EndNow();
-  event->accept();
-  emit closed();
-}
-
 void MainWindow::showEvent(QShowEvent* event) {
   QMainWindow::showEvent(event);
   connect(windowHandle(), &QWindow::screenChanged, this, &MainWindow::FollowColours, Qt::UniqueConnection);
   FollowColours();
-}
-
-void MainWindow::EndNow() {
-  StorePlace();
-  panel_->Finish();
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {

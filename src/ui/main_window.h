@@ -12,8 +12,8 @@
 #include "ui/actions.h"
 #include "ui/batch_controller.h"
 #include "ui/desktop_context.h"
+#include "ui/folder_walker.h"
 #include "ui/image_view.h"
-#include "ui/model/folder_walk.h"
 #include "ui/model/recent_files.h"
 #include "ui/start_hint.h"
 #include "ui/status_line.h"
@@ -38,11 +38,12 @@ class MainWindow : public QMainWindow {
   MainWindow(const MainWindow&) = delete;
   MainWindow& operator=(const MainWindow&) = delete;
 
-  void Open(const std::filesystem::path& photograph);
-  // Does a command as its menu item would, enabled or not.
+  // False: refused, the window is busy. Whether a result may be lost is not asked.
+  bool Open(const std::filesystem::path& photograph);
+  // Does a command if it can be used now, whatever its menu item looks like.
   void Do(Command command);
 
-  // What closing does, without a question: for a process that is told to end.
+  // What closing does, without any window: for a process that is told to end.
   void EndNow();
 
   [[nodiscard]] const Workbench& workbench() const { return workbench_; }
@@ -79,7 +80,8 @@ class MainWindow : public QMainWindow {
   void ApplyScheme(int scheme);
   void FollowColours();  // of the screen that the window is on, and of its user
   void RestorePlace();
-  void StorePlace();
+  [[nodiscard]] bool Can(Command command) const;
+  [[nodiscard]] CommandContext State() const;
 
   // main_window_batch.cpp
   void AskAndStartBatch();
@@ -95,9 +97,14 @@ class MainWindow : public QMainWindow {
   void AskAndOpen();
   void SaveAs();
   void AskAndSave();
+  // The subject of a question is no longer there.
+  void GiveUpSaving();
   void Denoise(std::uint32_t quality);
   void CloseImage();
+  void OpenInstead(const std::filesystem::path& photograph);  // asks whether the result may go
   void Step(ui::Step direction);
+  void FinishWalk(const std::filesystem::path& reached, ui::Step direction, bool atEnd);
+  void ShowMode(ViewMode mode);
   // Opens the options once it is known whether the card may be switched on.
   void ShowOptions();
   void AskOptions(bool cardUsable);
@@ -106,11 +113,20 @@ class MainWindow : public QMainWindow {
   void VisitWebSite();
   void ShowLoadFailure(const std::filesystem::path& path, const imageio::LoadReport& report);
   void ShowSaveFailure(const std::filesystem::path& target, const imageio::SaveReport& report);
+
+  // main_window_leave.cpp
   // Whether the present photograph may go; asks when its result is not saved.
   enum class Leave { kNow, kAfterSaving, kNo };
   [[nodiscard]] Leave AskToLeave();
   // Does it now, after a save, or not at all.
   void LeaveThen(std::function<void()> action);
+  void SaveThen(std::function<void()> action);
+  [[nodiscard]] bool AskToClose();
+  void StopForClosing();
+  void CloseWhenIdle();
+  // Writes the changed camera settings. False: they cannot be, and the window stays.
+  [[nodiscard]] bool KeepProfiles();
+  void StorePlace();
 
   DesktopContext& context_;
   Texts texts_;
@@ -132,12 +148,16 @@ class MainWindow : public QMainWindow {
   QTimer progressTimer_;
   QTimer commandTimer_;  // a short load does not make the commands flicker
   RecentFiles recent_;
+  FolderWalker walker_;
   std::filesystem::path opening_;
+  std::filesystem::path walked_;  // where a walk went on to, although it could not be opened
   std::filesystem::path saving_;
   int scheme_;
   std::function<void()> afterSave_;     // what waits for a save to succeed
   std::function<void()> afterDenoise_;  // or for a run
-  bool closing_ = false;                // as soon as nothing runs any more
+  bool closing_ = false;                // decided; as soon as nothing runs any more
+  bool saveFirst_ = false;              // and the result has been saved
+  bool asking_ = false;                 // whether to close
   bool optionsAsked_ = false;           // and wait for the card's answer, or for their user
 };
 

@@ -32,7 +32,7 @@ void MainWindow::AskAndStartBatch() {
 void MainWindow::TakeDropped(const std::vector<std::filesystem::path>& dropped) {
   const auto first = std::find_if_not(dropped.begin(), dropped.end(), IsFolder);
   if (dropped.size() == 1 && first != dropped.end()) {
-    return LeaveThen([this, file = *first] { Open(file); });
+    return OpenInstead(*first);
   }
   std::vector<std::wstring> answers{texts_(text::kDenoiseAll).toStdWString()};
   if (first != dropped.end()) answers.push_back(texts_(text::kOpenFirst).toStdWString());
@@ -42,7 +42,7 @@ void MainWindow::TakeDropped(const std::vector<std::filesystem::path>& dropped) 
   if (*answer == 0) {
     LeaveThen([this, dropped] { AskOptionsAndStart({dropped}); });
   } else {
-    LeaveThen([this, file = *first] { Open(file); });
+    OpenInstead(*first);
   }
 }
 
@@ -121,9 +121,11 @@ void MainWindow::FinishBatch(const BatchOutcome& outcome) {
 bool MainWindow::MayLeaveBatch() {
   if (closing_) return false;
   if (batchReport_ == nullptr) {
+    asking_ = true;
     const std::optional<int> answer =
         context_.dialogs.AskChoice(texts_(text::kCloseDuringBatch).toStdWString(),
                                    texts_(text::kBatch).toStdWString(), {texts_(text::kYes).toStdWString()});
+    asking_ = false;
     if (!answer) return false;
   }
   // The run may have come to its end during the question.

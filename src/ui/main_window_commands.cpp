@@ -1,4 +1,5 @@
 // What the window's commands do.
+#include <QApplication>
 #include <QDesktopServices>
 #include <QUrl>
 #include <utility>
@@ -10,7 +11,6 @@
 #include "ui/failure_texts.h"
 #include "ui/help_desk.h"
 #include "ui/main_window.h"
-#include "ui/model/folder_walk.h"
 #include "ui/parameter_panel.h"
 
 namespace mirellon::ui {
@@ -24,6 +24,12 @@ std::wstring Wide(const QString& text) {
 }  // namespace
 
 void MainWindow::Do(Command command) {
+  if (!Can(command)) {
+    // The click has changed what these show.
+    (*actions_)[Command::kPicker]->setChecked(view_->picking());
+    (*actions_)[Command::kShowOriginal]->setChecked(view_->holdsOriginal());
+    return;
+  }
   switch (command) {
     case Command::kOpen:
       return AskAndOpen();
@@ -88,13 +94,13 @@ void MainWindow::Do(Command command) {
     case Command::kShowOriginal:
       return view_->HoldOriginal((*actions_)[Command::kShowOriginal]->isChecked());
     case Command::kViewSingle:
-      return view_->SetMode(ViewMode::kSingle);
+      return ShowMode(ViewMode::kSingle);
     case Command::kViewSplit:
-      return view_->SetMode(ViewMode::kSplit);
+      return ShowMode(ViewMode::kSplit);
     case Command::kViewSideBySide:
-      return view_->SetMode(ViewMode::kSideBySide);
+      return ShowMode(ViewMode::kSideBySide);
     case Command::kViewRemovedNoise:
-      return view_->SetMode(ViewMode::kNoise);
+      return ShowMode(ViewMode::kNoise);
     case Command::kSchemeLight:
       return ApplyScheme(skin::kSchemeLight);
     case Command::kSchemeDark:
@@ -118,17 +124,27 @@ void MainWindow::AskAndOpen() {
   });
 }
 
+void MainWindow::OpenInstead(const std::filesystem::path& photograph) {
+  if (!Can(Command::kOpen)) return;
+  LeaveThen([this, photograph] { Open(photograph); });
+}
+
 void MainWindow::Step(ui::Step direction) {
-  // A key held down walks on from the photograph on its way.
+  // A key held down walks on from the photograph on its way, and past one that could not be opened.
   const bool loading = workbench_.session().activity() == Activity::kLoading;
-  const std::filesystem::path& from = loading ? opening_ : workbench_.session().photograph().path;
-  if (from.empty()) return;
-  const std::filesystem::path next = Neighbour(from, direction);
-  if (next.empty()) {
-    status_->Note(texts_(direction == Step::kNext ? text::kLastOfFolder : text::kFirstOfFolder));
-    return;
-  }
-  LeaveThen([this, next] { Open(next); });
+  const std::filesystem::path& shown = workbench_.session().photograph().path;
+  const std::filesystem::path& from = loading ? opening_ : walked_.empty() ? shown : walked_;
+  if (!from.empty()) walker_.Go(from, direction);
+}
+
+void MainWindow::FinishWalk(const std::filesystem::path& reached, ui::Step direction, bool atEnd) {
+  // Anything may have begun meanwhile, a question with a window of its own among it.
+  if (!Can(Command::kNextImage) || QApplication::activeModalWidget() != nullptr) return;
+  if (atEnd) status_->Note(texts_(direction == Step::kNext ? text::kLastOfFolder : text::kFirstOfFolder));
+  if (reached.empty()) return;
+  LeaveThen([this, reached] {
+    if (Open(reached)) walked_ = reached;
+  });
 }
 
 void MainWindow::ShowLoadFailure(const std::filesystem::path& path, const imageio::LoadReport& report) {
@@ -139,21 +155,29 @@ void MainWindow::ShowLoadFailure(const std::filesystem::path& path, const imagei
 }
 
 void MainWindow::CloseImage() {
+  afterSave_ = nullptr;
+  walker_.Drop();
   workbench_.Close();
+}
+
+void MainWindow::ShowMode(ViewMode mode) {
+  view_->SetMode(mode);
+  UpdateHint();
 }
 
 // ---- Denoising and saving ----
 
 void MainWindow::Denoise(std::uint32_t quality) {
   panel_->Commit();
-  workbench_.Denoise(
-      {panel_->parameters(), quality, context_.loaded.hwAccel != 0, context_.loaded.fusion != 0});
+  const RunWish wish{panel_->parameters(), quality, context_.loaded.hwAccel != 0,
+                     context_.loaded.fusion != 0};
+  if (!workbench_.Denoise(wish)) afterDenoise_ = nullptr;
 }
 
 void MainWindow::SaveAs() {
   panel_->Commit();
   const DocumentSession& session = workbench_.session();
-  if (!session.hasImage()) return;
+  const SharedPicture subject = session.result();
   const bool current = session.ResultIsOf(panel_->parameters(), panel_->quality()) ||
                        session.ResultIsOf(panel_->parameters(), engine::kQualityLow);
   if (current) return AskAndSave();
@@ -162,17 +186,21 @@ void MainWindow::SaveAs() {
       context_.dialogs.AskChoice(Wide(texts_(reason)), Wide(texts_(text::kSaveTitle)),
                                  {Wide(texts_(text::kDenoiseAndSave)), Wide(texts_(text::kSaveAsItIs))});
   if (!answer) return;
+  if (session.result() != subject) return GiveUpSaving();
   if (*answer == 1) return AskAndSave();
   afterDenoise_ = [this] { AskAndSave(); };
   Denoise(panel_->quality());
 }
 
 void MainWindow::AskAndSave() {
+  // A run's or a dialog's end may find another photograph than its beginning, or none.
   const DocumentSession& session = workbench_.session();
+  const SharedPicture subject = session.result();
+  if (subject == nullptr || session.activity() != Activity::kIdle) return GiveUpSaving();
   SaveQuestion question;
   question.source = session.photograph().path;
   question.title = Wide(texts_(text::kSaveTitle));
-  question.bitsPerComponent = session.result()->record().bitsPerComponent;
+  question.bitsPerComponent = subject->record().bitsPerComponent;
   question.proposal = imageio::ProposeSave(session.photograph().path, question.bitsPerComponent);
   question.jpegQuality = settings::ReadJpegQuality(context_.applicationData);
   const std::optional<SaveAnswer> answer = context_.dialogs.AskSave(question);
@@ -181,35 +209,21 @@ void MainWindow::AskAndSave() {
     return;
   }
   saving_ = answer->path;
-  workbench_.Save(answer->path, answer->jpegQuality);
+  if (session.result() != subject || !workbench_.Save(answer->path, answer->jpegQuality)) GiveUpSaving();
+}
+
+void MainWindow::GiveUpSaving() {
+  afterSave_ = nullptr;
+  context_.dialogs.ShowMessage(Wide(texts_(text::kNothingSaved)), Wide(texts_(text::kError)),
+                               base::MessageKind::kError);
 }
 
 void MainWindow::ShowSaveFailure(const std::filesystem::path& target, const imageio::SaveReport& report) {
   afterSave_ = nullptr;
+  closing_ = false;  // there is something to lose again
   if (report.status == imageio::SaveStatus::kAborted) return;
   context_.dialogs.ShowMessage(Wide(texts_(text::kNotSaved).arg(ShownName(target), ReasonOf(texts_, report))),
                                Wide(texts_(text::kError)), base::MessageKind::kError);
-}
-
-MainWindow::Leave MainWindow::AskToLeave() {
-  if (!workbench_.session().unsaved()) return Leave::kNow;
-  const std::optional<int> answer =
-      context_.dialogs.AskChoice(Wide(texts_(text::kUnsavedQuestion)), Wide(texts_(text::kWarning)),
-                                 {Wide(texts_(text::kSave)), Wide(texts_(text::kDiscard))});
-  if (!answer) return Leave::kNo;
-  return *answer == 0 ? Leave::kAfterSaving : Leave::kNow;
-}
-
-void MainWindow::LeaveThen(std::function<void()> action) {
-  switch (AskToLeave()) {
-    case Leave::kNow:
-      return action();
-    case Leave::kAfterSaving:
-      afterSave_ = std::move(action);
-      return AskAndSave();
-    case Leave::kNo:
-      return;
-  }
 }
 
 // ---- Dialogs ----
@@ -231,7 +245,7 @@ void MainWindow::ShowOptions() {
 
 void MainWindow::AskOptions(bool cardUsable) {
   // Something else may have begun while the card was asked.
-  if (!(*actions_)[Command::kOptions]->isEnabled()) return;
+  if (!Can(Command::kOptions)) return;
   settings::OptionsState state(
       context_.settings, context_.localization, [cardUsable] { return cardUsable; }, scheme_);
   const QString about = CardText(context_.card, context_.loaded.hwAccel != 0, texts_);

@@ -40,7 +40,7 @@ ParameterPanel::ParameterPanel(DesktopContext& context, const Texts& texts, QWid
       model_(profiles::StandardProfilePaths(context.applicationData, context.resourceFolders)) {
   Build();
   Connect();
-  (void)model_.Load();  // what could be read is in use
+  (void)model_.Load();  // what could be read is in use; StoreComplaint() tells of the rest
   ShowNothing();
   manual_->setChecked(true);
   manual_->setChecked(context_.settings.GetNumber(settings::Setting::kShowManualTunning) != 0);
@@ -67,13 +67,17 @@ void ParameterPanel::ShowNothing() {
   ShowParameters();
 }
 
-void ParameterPanel::Finish() {
-  if (!model_.Save()) return;
-  context_.dialogs.ShowMessage(
-      texts_(text::kNotSaved)
-          .arg(ShownName(model_.saveCauseFile()), Reason(texts_, text::kNotWritable, model_.saveCause()))
-          .toStdWString(),
-      texts_(text::kWarning).toStdWString(), base::MessageKind::kWarning);
+QString ParameterPanel::Finish() {
+  if (!model_.Save()) return {};
+  return texts_(text::kNotSaved)
+      .arg(ShownName(model_.saveCauseFile()), Reason(texts_, text::kNotWritable, model_.saveCause()));
+}
+
+QString ParameterPanel::StoreComplaint() const {
+  const profiles::NoiseProfileStore& store = model_.store();
+  if (store.cause().empty()) return {};
+  return texts_(text::kProfilesDamaged)
+      .arg(ShownName(store.causeFile()), QString::fromStdString(store.cause()));
 }
 
 void ParameterPanel::ShowCameras() {
@@ -193,6 +197,7 @@ void ParameterPanel::SetRunning(bool running, bool denoised) {
   running_ = running;
   const int caption = running ? text::kAbort : denoised ? 144 : text::kDenoise;
   denoise_->setText(texts_(caption));
+  denoise_->setCursor(Qt::ArrowCursor);  // it can be used while the window is busy
   progress_->setVisible(running);
   if (!running) progress_->setValue(0);
   UpdateEnabled();

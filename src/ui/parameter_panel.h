@@ -30,8 +30,12 @@ class ParameterPanel : public QWidget {
   void ShowNothing();
   // What was typed or stepped counts from now on, as before everything that reads the parameters.
   void Commit();
-  // Writes the profile file, as every way of closing the panel does.
-  void Finish();
+  // Writes the profile file, as every way of closing the panel does. Says why it could not; empty: done.
+  [[nodiscard]] QString Finish();
+  // Sets were added or deleted, and are not in the file.
+  [[nodiscard]] bool changed() const { return model_.changed(); }
+  // What is wrong with the profile file; empty: nothing.
+  [[nodiscard]] QString StoreComplaint() const;
 
   // A run on the whole photograph is going on. `denoised`: one has been finished.
   void SetRunning(bool running, bool denoised);

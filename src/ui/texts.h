@@ -98,6 +98,12 @@ inline constexpr int kOriginal = 330;
 inline constexpr int kDenoised = 331;
 inline constexpr int kCannotDelete = 340;
 inline constexpr int kProgress = 341;
+inline constexpr int kNothingSaved = 350;
+inline constexpr int kRunQuestion = 351;
+inline constexpr int kStopAndClose = 352;
+inline constexpr int kProfilesDamaged = 353;
+inline constexpr int kSettingsLost = 354;
+inline constexpr int kCloseAnyway = 355;
 }  // namespace text
 
 class Texts {

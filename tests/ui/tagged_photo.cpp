@@ -38,4 +38,18 @@ void WriteTaggedPhoto(const std::filesystem::path& file, const picture::SBxPicBu
   image->writeMetadata();
 }
 
+void WriteTags(const std::filesystem::path& file, const std::map<std::string, std::string>& tags) {
+  const auto image = Exiv2::ImageFactory::open(file.string());
+  image->readMetadata();
+  for (const auto& [name, value] : tags) image->exifData()[name] = value;
+  image->writeMetadata();
+}
+
+std::string TagOf(const std::filesystem::path& file, const std::string& name) {
+  const auto image = Exiv2::ImageFactory::open(file.string());
+  image->readMetadata();
+  const auto found = image->exifData().findKey(Exiv2::ExifKey(name));
+  return found == image->exifData().end() ? std::string() : found->toString();
+}
+
 }  // namespace mirellon::test

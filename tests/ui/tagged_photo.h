@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <string>
 
 #include "picture/pic_buf_api.h"
@@ -16,5 +17,9 @@ namespace mirellon::test {
 // not matter.
 void WriteTaggedPhoto(const std::filesystem::path& file, const picture::SBxPicBuf& picture, int orientation,
                       const std::string& profile);
+
+// EXIF texts by their names ("Exif.Image.Make"): puts them into a file, and reads one ("" if there is none).
+void WriteTags(const std::filesystem::path& file, const std::map<std::string, std::string>& tags);
+[[nodiscard]] std::string TagOf(const std::filesystem::path& file, const std::string& name);
 
 }  // namespace mirellon::test

@@ -31,6 +31,7 @@ mirellon_add_test(ui/languages LINK mirellon_test_window SOURCES ui/clipped_text
 mirellon_add_test(ui/focus LINK mirellon_test_window)
 mirellon_add_test(ui/main_window LINK mirellon_test_window)
 mirellon_add_test(ui/main_window_commands LINK mirellon_test_window)
+mirellon_add_test(ui/main_window_leave LINK mirellon_test_window)
 mirellon_add_test(ui/dialogs LINK mirellon_test_window)
 mirellon_add_test(ui/help LINK mirellon_test_window)
 mirellon_add_test(ui/parameter_panel LINK mirellon_test_window)

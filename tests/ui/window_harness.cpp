@@ -22,12 +22,18 @@ std::optional<T> Next(std::deque<T>& answers) {
 
 }  // namespace
 
+void ScriptedDialogs::Pass() {
+  if (const auto happens = std::exchange(meanwhile, nullptr)) happens();
+}
+
 void ScriptedDialogs::ShowMessage(const std::wstring& text, const std::wstring& /*caption*/,
                                   base::MessageKind /*kind*/) {
   messages.push_back(text);
+  Pass();
 }
 
 std::optional<std::filesystem::path> ScriptedDialogs::AskOpenPath(const std::wstring& /*title*/) {
+  Pass();
   return Next(openPaths);
 }
 
@@ -38,6 +44,7 @@ std::optional<std::filesystem::path> ScriptedDialogs::AskSavePath(const std::wst
 
 std::optional<ui::SaveAnswer> ScriptedDialogs::AskSave(const ui::SaveQuestion& question) {
   saveQuestions.push_back(question);
+  Pass();
   return Next(saveAnswers);
 }
 
@@ -57,6 +64,7 @@ std::optional<ui::ProfileName> ScriptedDialogs::AskProfileName(const ui::Profile
 std::optional<int> ScriptedDialogs::AskChoice(const std::wstring& text, const std::wstring& /*caption*/,
                                               const std::vector<std::wstring>& /*answers*/) {
   questions.push_back(text);
+  Pass();
   return Next(choices);
 }
 

@@ -31,6 +31,9 @@ class ScriptedDialogs : public ui::Dialogs {
   std::optional<int> AskChoice(const std::wstring& text, const std::wstring& caption,
                                const std::vector<std::wstring>& answers) override;
 
+  // What happens while the next dialog is open, whichever it is; once.
+  std::function<void()> meanwhile;
+
   std::vector<std::wstring> messages;
   std::vector<std::wstring> questions;
   std::vector<ui::SaveQuestion> saveQuestions;
@@ -40,6 +43,9 @@ class ScriptedDialogs : public ui::Dialogs {
   std::deque<int> choices;
   std::deque<std::filesystem::path> folders;
   std::deque<int> batchQualities;
+
+ private:
+  void Pass();
 };
 
 class WindowHarness {

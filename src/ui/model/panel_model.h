@@ -30,6 +30,8 @@ class PanelModel {
   [[nodiscard]] const std::string& saveCause() const { return saveCause_; }
   [[nodiscard]] const std::filesystem::path& saveCauseFile() const { return saveCauseFile_; }
   [[nodiscard]] const profiles::NoiseProfileStore& store() const { return store_; }
+  // There are additions or deletions that the file does not hold.
+  [[nodiscard]] bool changed() const { return !edits_.empty(); }
 
   // ---- Choosing ----
   // As the panel chooses for a photograph just opened. The store is read anew, changes saved before.
