@@ -5,13 +5,14 @@
 #include <cstdlib>
 #include <iostream>
 
-#include "gpu/gl_context.h"
+#include "settings/running_mark.h"
 #include "skin/install.h"
 #include "ui/desktop_card.h"
 #include "ui/desktop_context.h"
 #include "ui/dialogs/qt_dialogs.h"
 #include "ui/failure_texts.h"
 #include "ui/main_window.h"
+#include "ui/parameter_panel.h"
 #include "ui/termination.h"
 #include "ui/toolkit_texts.h"
 
@@ -25,8 +26,8 @@ namespace mirellon::ui {
 
 namespace {
 
-// Once the window is there, so that it can own the message.
-void TellOfStart(const DesktopContext& context, const Texts& texts) {
+// Once the window is there, so that it can own the messages.
+void TellOfStart(const DesktopContext& context, const Texts& texts, const ParameterPanel& panel) {
   if (context.loaded.crashedLastTime) {
     context.dialogs.ShowMessage(texts(text::kCrashed).toStdWString(), texts(text::kWarning).toStdWString(),
                                 base::MessageKind::kInformation);
@@ -35,6 +36,10 @@ void TellOfStart(const DesktopContext& context, const Texts& texts) {
     context.dialogs.ShowMessage(
         Reason(texts, text::kSettingsNotStored, context.loaded.warning).toStdWString(),
         texts(text::kWarning).toStdWString(), base::MessageKind::kWarning);
+  }
+  if (const QString complaint = panel.StoreComplaint(); !complaint.isEmpty()) {
+    context.dialogs.ShowMessage(complaint.toStdWString(), texts(text::kWarning).toStdWString(),
+                                base::MessageKind::kWarning);
   }
 }
 
@@ -62,14 +67,16 @@ int RunWindow(QApplication& application, const StartOptions& options, DesktopCon
   const Termination termination;
   QObject::connect(&termination, &Termination::requested, &window, [&window] {
     window.EndNow();
-    QApplication::quit();
+    // quit() would close the windows first, which may ask or wait. Every loop of a dialog ends, too.
+    QCoreApplication::exit(0);
   });
   QObject::connect(&card, &DesktopCard::opened, &window, [&] { FollowCard(context, texts); });
   window.show();
   QTimer::singleShot(0, &window, [&] {
-    if (!options.photograph.empty()) window.Open(options.photograph);
     card.Open();
-    TellOfStart(context, texts);
+    // What the last run died of may be this photograph.
+    TellOfStart(context, texts, window.panel());
+    if (!options.photograph.empty()) window.Open(options.photograph);
   });
   const int code = QApplication::exec();
   dialogs.SetOwner(nullptr);
@@ -89,9 +96,10 @@ int RunApplication(QApplication& application, const StartOptions& options) {
   settings::Localization localization =
       settings::LoadLocalization(settings::LanguagePaths::Of(options.applicationData));
   settings::AppSettings appSettings(options.applicationData);
+  settings::RunningMark mark(options.applicationData);
   const Texts texts(localization);
   QtDialogs dialogs(texts);
-  DesktopCard card(dialogs, {TryCardApart, gpu::MakeGlContext}, std::cout, std::cerr, {});
+  DesktopCard card(dialogs, options.card, std::cout, std::cerr, {});
   engine.card = &card.filter();
   const settings::CardCheck notYet = [] { return false; };
   DesktopContext context{engine,
@@ -102,6 +110,7 @@ int RunApplication(QApplication& application, const StartOptions& options) {
                          options.resourceFolders,
                          settings::LoadSettings(appSettings, notYet),
                          &card};
+  if (mark.othersRan()) context.loaded.crashedLastTime = false;  // the marker is theirs
   localization.LoadLanguages();
   InstallToolkitTexts(localization.CurrentAcronym(), texts);
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/mirellon.svg")));
@@ -111,7 +120,8 @@ int RunApplication(QApplication& application, const StartOptions& options) {
   // The window's jobs have ended with it: nobody uses the card any more.
   engine.card = nullptr;
   const bool stuck = card.End();
-  (void)settings::MarkOrderlyEnd(appSettings);  // the next start then asks needlessly, no more
+  // The next start then asks needlessly, no more.
+  if (mark.Leave()) (void)settings::MarkOrderlyEnd(appSettings);
   if (stuck) {
     // A driver that does not return would keep the process from ending in order, for ever.
     std::cout.flush();

@@ -5,12 +5,16 @@
 #include <filesystem>
 #include <vector>
 
+#include "gpu/gl_context.h"
+#include "ui/model/card_examiner.h"
+
 namespace mirellon::ui {
 
 struct StartOptions {
   std::filesystem::path photograph;  // opened at once; empty: none
   std::filesystem::path applicationData;
   std::vector<std::filesystem::path> resourceFolders;
+  CardExaminer::Parts card{TryCardApart, gpu::MakeGlContext};
 };
 
 // Icons and other resources that are linked in; once, before any widget is made.
