@@ -84,7 +84,7 @@ void SkinStyle::drawComplexControl(ComplexControl control, const QStyleOptionCom
 }
 
 bool SkinStyle::DrawPrimitive(PrimitiveElement element, const QStyleOption& option, const SkinCanvas& canvas,
-                              const QWidget* widget) const {
+                              const QWidget* widget) {
   switch (element) {
     case PE_PanelButtonCommand:
       return DrawPushButton(canvas, option, widget);

@@ -46,8 +46,8 @@ class SkinStyle : public QProxyStyle {
   void unpolish(QWidget* widget) override;
 
  private:
-  bool DrawPrimitive(PrimitiveElement element, const QStyleOption& option, const SkinCanvas& canvas,
-                     const QWidget* widget) const;
+  static bool DrawPrimitive(PrimitiveElement element, const QStyleOption& option, const SkinCanvas& canvas,
+                            const QWidget* widget);
   bool DrawControl(ControlElement element, const QStyleOption& option, const SkinCanvas& canvas,
                    const QWidget* widget) const;
   bool DrawComplex(ComplexControl control, const QStyleOptionComplex& option, const SkinCanvas& canvas,
