@@ -141,7 +141,7 @@ void BatchController::Start(const BatchWork& work, std::uint32_t quality) {
 
 void BatchController::Run(const BatchWork& work, BatchOutcome& outcome) {
   (void)store_.Load();  // what could be read is in use
-  if (work.paths.size() == 1 && IsFolder(work.paths.front())) {
+  if (!RootOf(work).empty()) {
     outcome.summary = run_->ProcessFolder(work.paths.front());
   } else {
     outcome.summary = run_->ProcessFiles(FilesOf(work, context_.engine.control));

@@ -51,7 +51,7 @@ void MainWindow::AskOptionsAndStart(const BatchWork& work) {
   if (!(*actions_)[Command::kBatch]->isEnabled()) return;
   batchTotal_.reset();
   batch_.Count(work);  // while the options are open
-  if (work.paths.size() == 1 && IsFolder(work.paths.front())) {
+  if (!RootOf(work).empty()) {
     (void)context_.settings.SetLatestFolder(work.paths.front());  // asked for anew at worst
   }
   const std::optional<int> quality =

@@ -40,8 +40,12 @@ QString SortedAs(const QString& name) {
 }  // namespace
 
 BatchReportModel::BatchReportModel(BatchWork work, BatchOutcome outcome, const Texts& texts, QObject* parent)
-    : QAbstractTableModel(parent), work_(std::move(work)), outcome_(std::move(outcome)), texts_(texts) {
-  sort(kState, Qt::AscendingOrder);
+    : QAbstractTableModel(parent),
+      work_(std::move(work)),
+      root_(RootOf(work_)),
+      outcome_(std::move(outcome)),
+      texts_(texts) {
+  Arrange(kState, Qt::AscendingOrder);
 }
 
 int BatchReportModel::rowCount(const QModelIndex& parent) const {
@@ -68,13 +72,13 @@ QVariant BatchReportModel::headerData(int section, Qt::Orientation orientation, 
 }
 
 QString BatchReportModel::Cell(const BatchEntry& entry, int column) const {
-  if (column == kFile) return Printable(NameInReport(work_, entry.input));
+  if (column == kFile) return Printable(NameInReport(root_, entry.input));
   if (column == kState) return texts_(StateText(entry.end));
   if (const int reason = ReasonText(entry.reason); reason != 0) return texts_(reason);
   return Detail(entry);  // warnings
 }
 
-QString BatchReportModel::Explanation(const BatchEntry& entry) const {
+QString BatchReportModel::Explanation(const BatchEntry& entry) {
   QString text = Printable(entry.input);
   if (!entry.output.empty()) text += QStringLiteral(" → ") + Printable(entry.output);
   if (!entry.detail.empty()) text += u'\n' + Detail(entry);
@@ -90,7 +94,7 @@ QString BatchReportModel::Line(int row) const {
   return cells.join(u'\t');
 }
 
-void BatchReportModel::sort(int column, Qt::SortOrder order) {
+std::vector<int> BatchReportModel::Arrange(int column, Qt::SortOrder order) {
   struct Key {
     int worst;     // by state
     QString cell;  // by reason
@@ -113,7 +117,6 @@ void BatchReportModel::sort(int column, Qt::SortOrder order) {
     const bool byName = down && column == kFile;
     return byName ? b.name < a.name : a.name < b.name;
   });
-  emit layoutAboutToBeChanged();
   std::vector<int> rowOf(keys.size());
   std::vector<BatchEntry> sorted;
   sorted.reserve(keys.size());
@@ -122,6 +125,12 @@ void BatchReportModel::sort(int column, Qt::SortOrder order) {
     sorted.push_back(std::move(outcome_.entries[keys[row].entry]));
   }
   outcome_.entries = std::move(sorted);
+  return rowOf;
+}
+
+void BatchReportModel::sort(int column, Qt::SortOrder order) {
+  emit layoutAboutToBeChanged();
+  const std::vector<int> rowOf = Arrange(column, order);
   // What is selected stays so.
   const QModelIndexList before = persistentIndexList();
   for (const QModelIndex& old : before) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QAbstractTableModel>
+#include <vector>
 
 #include "ui/model/batch_outcome.h"
 #include "ui/texts.h"
@@ -34,9 +35,12 @@ class BatchReportModel : public QAbstractTableModel {
 
  private:
   [[nodiscard]] QString Cell(const BatchEntry& entry, int column) const;
-  [[nodiscard]] QString Explanation(const BatchEntry& entry) const;
+  [[nodiscard]] static QString Explanation(const BatchEntry& entry);
+  // Sorts the entries; the new row of each old one.
+  std::vector<int> Arrange(int column, Qt::SortOrder order);
 
   BatchWork work_;
+  std::filesystem::path root_;
   BatchOutcome outcome_;
   Texts texts_;
 };

@@ -17,10 +17,6 @@ bool IsFolder(const std::filesystem::path& path) {
   return std::filesystem::is_directory(path, ignored);
 }
 
-bool IsOneFolder(const BatchWork& work) {
-  return work.paths.size() == 1 && IsFolder(work.paths.front());
-}
-
 }  // namespace
 
 bool IsTold(const batch::EntryReport& report) {
@@ -77,8 +73,8 @@ int ReasonText(EntryReason reason) {
 }
 
 std::filesystem::path FolderToShow(const BatchWork& work, const BatchOutcome& outcome) {
-  if (IsOneFolder(work)) {
-    std::filesystem::path results = work.paths.front() / batch::kResultFolder;
+  if (const std::filesystem::path root = RootOf(work); !root.empty()) {
+    std::filesystem::path results = root / batch::kResultFolder;
     if (IsFolder(results)) return results;
   }
   const auto done = std::find_if(outcome.entries.begin(), outcome.entries.end(),
@@ -93,9 +89,14 @@ std::filesystem::path FolderToShow(const BatchEntry& entry) {
   return IsFolder(entry.input) ? entry.input : entry.input.parent_path();
 }
 
-std::filesystem::path NameInReport(const BatchWork& work, const std::filesystem::path& path) {
-  if (!IsOneFolder(work)) return path;
-  std::filesystem::path name = path.lexically_relative(work.paths.front());
+std::filesystem::path RootOf(const BatchWork& work) {
+  const bool one = work.paths.size() == 1 && IsFolder(work.paths.front());
+  return one ? work.paths.front() : std::filesystem::path();
+}
+
+std::filesystem::path NameInReport(const std::filesystem::path& root, const std::filesystem::path& path) {
+  if (root.empty()) return path;
+  std::filesystem::path name = path.lexically_relative(root);
   return name.empty() || *name.begin() == ".." || name == "." ? path : name;
 }
 

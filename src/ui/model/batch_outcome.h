@@ -42,7 +42,10 @@ struct BatchOutcome {
 // Where the results of one entry are, or where it is itself.
 [[nodiscard]] std::filesystem::path FolderToShow(const BatchEntry& entry);
 
-// The name that tells entries apart: below the folder of the work, else whole.
-[[nodiscard]] std::filesystem::path NameInReport(const BatchWork& work, const std::filesystem::path& path);
+// The folder that everything lies below, if that is what the work is; else empty.
+[[nodiscard]] std::filesystem::path RootOf(const BatchWork& work);
+// The name that tells entries apart: below the root where there is one, else whole.
+[[nodiscard]] std::filesystem::path NameInReport(const std::filesystem::path& root,
+                                                 const std::filesystem::path& path);
 
 }  // namespace mirellon::ui

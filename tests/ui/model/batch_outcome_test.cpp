@@ -64,9 +64,9 @@ TEST(BatchOutcomeTest, ShowsTheFolderOfTheResults) {
   EXPECT_EQ(FolderToShow(work, outcome), folder / "in/denoised");
   EXPECT_EQ(FolderToShow({{folder / "in/a.jpg", folder / "b.jpg"}}, {}), folder / "in");
 
-  EXPECT_EQ(NameInReport(work, done.input), "sub/b.jpg");
-  EXPECT_EQ(NameInReport(work, folder / "in"), folder / "in");
-  EXPECT_EQ(NameInReport({{done.input, failed.input}}, done.input), done.input);
+  EXPECT_EQ(NameInReport(RootOf(work), done.input), "sub/b.jpg");
+  EXPECT_EQ(NameInReport(RootOf(work), folder / "in"), folder / "in");
+  EXPECT_EQ(NameInReport(RootOf({{done.input, failed.input}}), done.input), done.input);
 }
 
 }  // namespace
