@@ -9,6 +9,7 @@
 #include "cli/profiles_arguments.h"
 #include "cli/profiles_measure.h"
 #include "cli/profiles_report.h"
+#include "profiles/interpolate.h"
 #include "profiles/profile_lock.h"
 
 namespace mirellon::cli {
@@ -154,16 +155,6 @@ class ProfilesRun {
     return Save();
   }
 
-  // The shipped sets, even where the user's file says otherwise by now; never empty.
-  [[nodiscard]] std::vector<engine::DenoiseParameters> CatchAllSets() const {
-    NoiseProfileStore shipped({{}, store_.paths().defaultFile});
-    const bool found = !shipped.Load(profiles::FirstRun::kLeave) &&
-                       shipped.source() == profiles::ProfileSource::kDefaultFile;
-    const NoiseProfileStore& source = found ? shipped : store_;
-    if (source.Entry(0, 0) == nullptr) return {profiles::BuiltInParameters()};
-    return source.cameras().front().parameters;
-  }
-
   ExitStatus Measure() {
     // What would be refused in the end is refused before the work; others need not wait for that.
     ExitStatus status = OpenForChange();
@@ -176,7 +167,7 @@ class ProfilesRun {
     status = OpenForChange();
     if (status != ExitStatus::kDone) return status;
     std::vector<StoredSet> stored;
-    const ExitStatus added = AddMeasured(measured, CatchAllSets(), store_, stored, shell_);
+    const ExitStatus added = AddMeasured(measured, profiles::CatchAllSets(store_), store_, stored, shell_);
     if (added == ExitStatus::kMemory || stored.empty()) return added;
     status = SaveAndPrint(stored);
     if (status != ExitStatus::kDone) return status;

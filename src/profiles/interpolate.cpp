@@ -58,4 +58,12 @@ DenoiseParameters InterpolateByNoise(std::vector<DenoiseParameters> sets, double
   return result;
 }
 
+std::vector<engine::DenoiseParameters> CatchAllSets(const NoiseProfileStore& store) {
+  NoiseProfileStore shipped({{}, store.paths().defaultFile});
+  const bool found = !shipped.Load(FirstRun::kLeave) && shipped.source() == ProfileSource::kDefaultFile;
+  const NoiseProfileStore& source = found ? shipped : store;
+  if (source.Entry(0, 0) == nullptr) return {BuiltInParameters()};
+  return source.cameras().front().parameters;
+}
+
 }  // namespace mirellon::profiles

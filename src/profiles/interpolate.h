@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "engine/parameters.h"
+#include "profiles/profile_store.h"
 
 namespace mirellon::profiles {
 
@@ -14,5 +15,9 @@ namespace mirellon::profiles {
 // caller. `sets` is not empty, in any order.
 [[nodiscard]] engine::DenoiseParameters InterpolateByNoise(std::vector<engine::DenoiseParameters> sets,
                                                            double luminance, double chrominance);
+
+// The sets to interpolate between: those shipped for unknown cameras, even where the user's file says
+// otherwise by now, else those that the store has for them. Never empty.
+[[nodiscard]] std::vector<engine::DenoiseParameters> CatchAllSets(const NoiseProfileStore& store);
 
 }  // namespace mirellon::profiles

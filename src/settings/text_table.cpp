@@ -229,8 +229,7 @@ constexpr std::array kOwnTexts = std::to_array<TextRow>({
     {275, L"Open Folder"},
     {276, L"Copy List"},
     {277, L"The folder %1 could not be made, so the batch ended there."},
-    {278,
-     L"Batch denoising is running. Close the window as soon as the photograph in work is finished?"},
+    {278, L"Batch denoising is running. Close the window as soon as the photograph in work is finished?"},
     {279, L"Several photographs can be denoised in a batch, without further questions."},
     {280, L"Denoise All"},
     {281, L"Open the First"},
@@ -282,6 +281,9 @@ constexpr std::array kOwnTexts = std::to_array<TextRow>({
      L"another name."},
     {354, L"The camera settings added or deleted meanwhile are lost when the window closes."},
     {355, L"Close Anyway"},
+    {360, L"Make Settings from This Photograph's Noise"},
+    {361, L"The photograph does not tell its camera and ISO speed"},
+    {362, L"Settings for %1, ISO %2, made from the noise of this photograph"},
 });
 
 constexpr bool Ascending(std::span<const TextRow> rows, int first, int last) {

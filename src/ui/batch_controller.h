@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
 
 #include "batch/batch_run.h"
 #include "ui/background_worker.h"
@@ -35,7 +36,7 @@ class BatchController : public QObject {
 
   [[nodiscard]] bool running() const { return run_ != nullptr; }
   // Of the picture in work.
-  [[nodiscard]] int progressPermille() const { return progress_.Permille(); }
+  [[nodiscard]] std::optional<int> progressPermille() const { return progress_.Permille(); }
 
  signals:
   void counted(std::uint32_t images);

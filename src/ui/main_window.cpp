@@ -199,6 +199,7 @@ void MainWindow::Connect() {
   connect(view_, &ImageView::originalHeld, (*actions_)[Command::kShowOriginal], &QAction::setChecked);
   connect(panel_, &ParameterPanel::previewWished, this, &MainWindow::RequestPreview);
   connect(panel_, &ParameterPanel::denoiseRequested, this, [this] { Do(Command::kDenoise); });
+  connect(panel_, &ParameterPanel::noted, status_, &StatusLine::Note);
   connect(panel_, &ParameterPanel::abortRequested, &workbench_, &Workbench::Abort);
   connect(panel_, &ParameterPanel::historyChanged, this, &MainWindow::UpdateCommands);
   connect(view_, &ImageView::stopRequested, &workbench_, &Workbench::Abort);
@@ -272,11 +273,6 @@ void MainWindow::FollowActivity() {
     status_->ShowWork(texts_(text::kBatch), false);
   } else {
     status_->ShowWork(workbench_.previewing() ? texts_(text::kPreviewing) : QString(), false);
-  }
-  if (activity == Activity::kBatch) {
-    setCursor(Qt::WaitCursor);
-  } else {
-    unsetCursor();
   }
   if (activity != Activity::kLoading) UpdateCommands();
   if (workbench_.idle()) {

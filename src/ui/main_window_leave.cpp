@@ -59,7 +59,6 @@ void MainWindow::StopForClosing() {
   // Nothing is torn: what runs is stopped, and a save is waited for.
   workbench_.DropPreview();
   if (workbench_.session().activity() != Activity::kSaving) workbench_.Abort();
-  if (batch_.running()) batch_.Abort();
   CloseWhenIdle();
 }
 

@@ -159,17 +159,24 @@ void ParameterPanel::SetManual(bool shown) {
 
 // ---- Keeping and deleting ----
 
+void ParameterPanel::Measure() {
+  Commit();
+  const bool failed = model_.KeepMeasured();
+  TellKept(failed);
+  if (!failed) emit noted(texts_(text::kMeasured).arg(camera_->currentText(), iso_->currentText()));
+}
+
+void ParameterPanel::TellKept(bool failed) {
+  if (!failed) return FollowChoice();
+  context_.dialogs.ShowMessage(texts_(252).toStdWString(), texts_(text::kWarning).toStdWString(),
+                               base::MessageKind::kWarning);
+}
+
 void ParameterPanel::Keep() {
   Commit();
   const auto name = context_.dialogs.AskProfileName(
       {{camera_->currentText().toStdWString(), iso_->currentText().toStdWString()}, exif_});
-  if (!name) return;
-  if (model_.Keep(name->camera, name->iso)) {
-    context_.dialogs.ShowMessage(texts_(252).toStdWString(), texts_(text::kWarning).toStdWString(),
-                                 base::MessageKind::kWarning);
-    return;
-  }
-  FollowChoice();
+  if (name) TellKept(model_.Keep(name->camera, name->iso));
 }
 
 void ParameterPanel::Delete() {
@@ -225,6 +232,9 @@ void ParameterPanel::UpdateEnabled() {
     SetUse(widget, {}, busy);
   }
   const QString unusable = texts_(infoBox_->isHidden() ? text::kNeedsPhotograph : text::kBusy);
+  const QString unmeasurable = usable_ ? texts_(text::kNotMeasurable) : unusable;
+  SetUse(measure_, texts_(text::kMeasure),
+         !busy.isEmpty() || (usable_ && model_.CanMeasure()) ? busy : unmeasurable);
   SetUse(keep_, texts_(145), !busy.isEmpty() || usable_ ? busy : unusable);
   SetUse(delete_, texts_(146), !busy.isEmpty() || model_.CanDelete() ? busy : texts_(text::kCannotDelete));
   SetUse(denoise_, {}, running_ || usable_ ? QString() : unusable);

@@ -53,6 +53,7 @@ class ParameterPanel : public QWidget {
   void previewWished();
   void denoiseRequested();
   void abortRequested();
+  void noted(const QString& text);  // what was done, for the status line
   void historyChanged();
 
  protected:
@@ -78,7 +79,9 @@ class ParameterPanel : public QWidget {
   void ShowParameters();
   void FollowChoice();  // another entry is in work
   void Settle();
+  void Measure();
   void Keep();
+  void TellKept(bool failed);
   void Delete();
   void SetDefault();
   void SetManual(bool shown);
@@ -102,6 +105,7 @@ class ParameterPanel : public QWidget {
   QComboBox* iso_ = nullptr;
   QToolButton* keep_ = nullptr;
   QToolButton* delete_ = nullptr;
+  QToolButton* measure_ = nullptr;
   QGroupBox* infoBox_ = nullptr;
   QLabel* info_ = nullptr;
   QWidget* manualSwitch_ = nullptr;

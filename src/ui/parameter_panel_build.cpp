@@ -1,4 +1,5 @@
 // How the panel is put together.
+#include <QEvent>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QRadioButton>
@@ -107,28 +108,29 @@ QWidget* ParameterPanel::BuildProfileRows() {
   iso_->setObjectName(QStringLiteral("isoList"));
   iso_->setToolTip(texts_(251));
   DressList(*iso_, texts_(250));
-  keep_ = new QToolButton(rows);
-  keep_->setObjectName(QStringLiteral("saveSetting"));
-  keep_->setIcon(Icon("SETTINGS_SAVE"));
-  keep_->setIconSize(IconSize(*this, kLeastIcon));
-  keep_->setText(texts_(123));
-  keep_->setAccessibleName(texts_(145));  // "Save As..." is a command of the window, too
-  delete_ = new QToolButton(rows);
-  delete_->setObjectName(QStringLiteral("deleteSetting"));
-  delete_->setIcon(Icon("SETTINGS_DELETE"));
-  delete_->setIconSize(IconSize(*this, kLeastIcon));
-  delete_->setText(texts_(124));
-  delete_->setAccessibleName(texts_(146));
+  const auto button = [&](const char* name, const char* icon, int text, int meaning) {
+    auto* made = new QToolButton(rows);
+    made->setObjectName(QLatin1String(name));
+    made->setIcon(Icon(icon));
+    made->setIconSize(IconSize(*this, kLeastIcon));
+    made->setText(texts_(text));
+    made->setAccessibleName(texts_(meaning));  // "Save As..." is a command of the window, too
+    return made;
+  };
+  measure_ = button("measureSetting", "measure", text::kMeasure, text::kMeasure);
+  keep_ = button("saveSetting", "SETTINGS_SAVE", 123, 145);
+  delete_ = button("deleteSetting", "SETTINGS_DELETE", 124, 146);
   auto* cameraLabel = new QLabel(texts_(130), rows);
   cameraLabel->setBuddy(camera_);
   auto* isoLabel = new QLabel(texts_(250), rows);
   isoLabel->setBuddy(iso_);
   grid->addWidget(cameraLabel, 0, 0);
-  grid->addWidget(camera_, 0, 1, 1, 3);
+  grid->addWidget(camera_, 0, 1, 1, 4);
   grid->addWidget(isoLabel, 1, 0);
   grid->addWidget(iso_, 1, 1);
-  grid->addWidget(keep_, 1, 2);
-  grid->addWidget(delete_, 1, 3);
+  grid->addWidget(measure_, 1, 2);
+  grid->addWidget(keep_, 1, 3);
+  grid->addWidget(delete_, 1, 4);
   grid->setColumnStretch(1, 1);
   return rows;
 }
@@ -253,8 +255,8 @@ bool ParameterPanel::eventFilter(QObject* watched, QEvent* event) {
 
 void ParameterPanel::Connect() {
   // The pointer does not take the focus from the photograph, whose arrow and page keys go on working.
-  for (QWidget* widget : std::initializer_list<QWidget*>{camera_, iso_, quality_, keep_, delete_, manual_,
-                                                         setDefault_, denoise_}) {
+  for (QWidget* widget : std::initializer_list<QWidget*>{camera_, iso_, quality_, measure_, keep_, delete_,
+                                                         manual_, setDefault_, denoise_}) {
     widget->setFocusPolicy(Qt::TabFocus);
   }
   connect(camera_, &QComboBox::activated, this, [this](int index) {
@@ -288,6 +290,7 @@ void ParameterPanel::Connect() {
     }
   });
   connect(quality_, &QComboBox::activated, this, &ParameterPanel::ChooseQuality);
+  connect(measure_, &QToolButton::clicked, this, &ParameterPanel::Measure);
   connect(keep_, &QToolButton::clicked, this, &ParameterPanel::Keep);
   connect(delete_, &QToolButton::clicked, this, &ParameterPanel::Delete);
   connect(manual_, &QToolButton::toggled, this, &ParameterPanel::SetManual);

@@ -104,6 +104,9 @@ inline constexpr int kStopAndClose = 352;
 inline constexpr int kProfilesDamaged = 353;
 inline constexpr int kSettingsLost = 354;
 inline constexpr int kCloseAnyway = 355;
+inline constexpr int kMeasure = 360;
+inline constexpr int kNotMeasurable = 361;
+inline constexpr int kMeasured = 362;
 }  // namespace text
 
 class Texts {

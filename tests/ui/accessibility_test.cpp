@@ -162,7 +162,7 @@ TEST_P(AccessibilityTest, TheDialogsTellAndAreReached) {
   settings::OptionsState state(
       settings, localization_, [] { return true; }, 2);
   localization_.LoadLanguages();
-  OptionsDialog options(state, localization_, texts_, nullptr);
+  OptionsDialog options(state, localization_, texts_, texts_(267), nullptr);
   ExpectUsable(options);
   ProfileNameQuestion question;
   question.exif.iso = L"800";
@@ -172,7 +172,7 @@ TEST_P(AccessibilityTest, TheDialogsTellAndAreReached) {
   ExpectUsable(batchOptions);
   BatchProgressDialog batchProgress(texts_, nullptr);
   ExpectUsable(batchProgress);
-  AboutDialog about(texts_, nullptr);
+  AboutDialog about(texts_, texts_(265).arg("Renderer"), nullptr);
   ExpectUsable(about);
   // Most of it is the toolkit's, and so is its order.
   SaveDialog save({localization_.Text(56), {folder / "a-denoised", 4, ".jpg"}, 8, 85}, texts_, nullptr);

@@ -200,7 +200,7 @@ TEST_F(HelpDeskTest, OpensTheSectionOnWhatHasTheFocus) {
 TEST_F(HelpDeskTest, HelpsInModalDialogsAndAfterThem) {
   settings::OptionsState state(
       harness.settings, harness.localization, [] { return true; }, 2);
-  OptionsDialog dialog(state, harness.localization, Texts(harness.localization), harness.window.get());
+  OptionsDialog dialog(state, harness.localization, Texts(harness.localization), {}, harness.window.get());
   dialog.open();
   QTest::keyClick(dialog.findChild<QWidget*>("control1074"), Qt::Key_F1);
   auto* window = dialog.findChild<HelpWindow*>();
@@ -250,7 +250,7 @@ TEST_F(HelpDeskTest, HasAnAnchorAndAWidgetForEveryTopic) {
   const Texts texts(harness.localization);
   settings::OptionsState state(
       harness.settings, harness.localization, [] { return true; }, 2);
-  const OptionsDialog options(state, harness.localization, texts, nullptr);
+  const OptionsDialog options(state, harness.localization, texts, {}, nullptr);
   const AddingDialog adding({}, texts, nullptr);
   const SaveDialog save({L"Save", {}, 8, 85}, texts, nullptr);
   const BatchOptionsDialog batchOptions(85, texts, nullptr);

@@ -14,7 +14,7 @@
 #include <gtest/gtest.h>
 
 #include "settings/text_table.h"
-#include "skin/skin_style.h"
+#include "skin/install.h"
 #include "support/test_pictures.h"
 #include "ui/clipped_texts.h"
 #include "ui/dialogs/about_dialog.h"
@@ -49,7 +49,7 @@ settings::Localization InLanguage(int language) {
 class Looks {
  public:
   explicit Looks(double textScale) : font_(QApplication::font()) {
-    skin::ApplyScheme(*qobject_cast<QApplication*>(QApplication::instance()), 2);
+    skin::InstallSkin(*qobject_cast<QApplication*>(QApplication::instance()), 2);
     QFont scaled = font_;
     scaled.setPointSizeF(font_.pointSizeF() * textScale);
     QApplication::setFont(scaled);
@@ -131,7 +131,7 @@ TEST_P(LanguagesTest, NothingIsClippedInTheDialogs) {
   settings::AppSettings settings(folder.path());
   settings::OptionsState state(
       settings, localization_, [] { return true; }, 2);
-  OptionsDialog options(state, localization_, texts_, nullptr);
+  OptionsDialog options(state, localization_, texts_, texts_(267), nullptr);
   Check(options, "options");
   AddingDialog adding({{L"<<Unknown Camera>>", L"100"}, {}}, texts_, nullptr);
   Check(adding, "adding");
@@ -139,7 +139,7 @@ TEST_P(LanguagesTest, NothingIsClippedInTheDialogs) {
   Check(batchOptions, "batch options");
   BatchProgressDialog batchProgress(texts_, nullptr);
   Check(batchProgress, "batch progress");
-  AboutDialog about(texts_, nullptr);
+  AboutDialog about(texts_, texts_(265).arg("Renderer"), nullptr);
   Check(about, "about");
 }
 

@@ -78,6 +78,10 @@ TEST(MainWindowTest, TellsWhyAPhotographCannotBeOpened) {
   harness.window->Open(harness.folder / "missing.jpg");
   harness.Open(good);
   EXPECT_EQ(harness.dialogs.messages.size(), 1U) << "a load that was replaced says nothing";
+  // Memory is refused without a word of the loader's.
+  emit const_cast<Workbench&>(harness.window->workbench())
+      .loadFailed(good, {imageio::LoadStatus::kOutOfMemory, {}, {}, {}});
+  EXPECT_NE(harness.dialogs.messages.back().find(L"not enough memory"), std::wstring::npos);
 }
 
 TEST(MainWindowTest, WalksTheFolderAndTakesDroppedFiles) {

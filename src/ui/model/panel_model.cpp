@@ -5,6 +5,9 @@
 #include <utility>
 
 #include "profiles/camera_key.h"
+#include "profiles/interpolate.h"
+#include "profiles/number_text.h"
+#include "profiles/profile_file.h"
 #include "profiles/profile_lock.h"
 #include "profiles/slider_math.h"
 
@@ -123,6 +126,27 @@ bool PanelModel::Keep(const std::wstring& camera, const std::wstring& iso) {
   edits_.Add(camera, iso, parameters_);
   SelectCamera(store_.FindCamera(camera));
   return false;
+}
+
+bool PanelModel::CanMeasure() const {
+  const std::int32_t iso = profiles::ClampedInteger(photo_.iso);
+  return !(photo_.make.empty() && photo_.model.empty()) && iso >= profiles::kLowestAddedIso &&
+         iso <= profiles::kHighestAddedIso &&
+         profiles::IsStorableName(profiles::CameraKey(photo_.make, photo_.model));
+}
+
+bool PanelModel::KeepMeasured() {
+  if (!CanMeasure()) return true;
+  const engine::DenoiseParameters before = parameters_;
+  parameters_ = profiles::AsStored(
+      profiles::InterpolateByNoise(profiles::CatchAllSets(store_), noise_.luminance, noise_.chrominance));
+  // Under the name that the camera has already, if it has.
+  const std::wstring key = profiles::CameraKey(photo_.make, photo_.model);
+  const std::uint32_t camera = store_.FindCamera(key);
+  const std::wstring name = camera == 0 ? key : store_.cameras()[camera].name;
+  const bool failed = Keep(name, std::to_wstring(profiles::ClampedInteger(photo_.iso)));
+  if (failed) parameters_ = before;
+  return failed;
 }
 
 bool PanelModel::Delete(Scope scope) {

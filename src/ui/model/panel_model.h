@@ -47,6 +47,10 @@ class PanelModel {
   // The parameters in work, with the photograph's noise, under that name; the entry is chosen then. True =
   // refused or out of memory.
   bool Keep(const std::wstring& camera, const std::wstring& iso);
+  // A set for the photograph's own camera and ISO speed, made from its measured noise, in place of what
+  // is stored for them; it is chosen then. True = refused or out of memory.
+  [[nodiscard]] bool CanMeasure() const;
+  bool KeepMeasured();
   [[nodiscard]] bool CanDelete() const { return camera_ != 0 || iso_ != 0; }
   enum class Scope { kCamera, kIso };
   // True = refused.

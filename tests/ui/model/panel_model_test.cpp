@@ -95,5 +95,47 @@ TEST_F(PanelModelTest, WhatCannotBeSavedIsTriedAgain) {
   EXPECT_EQ(model.CameraNames()[model.camera()], L"Maker / New");
 }
 
+TEST_F(PanelModelTest, MakesASetFromThePhotographsNoise) {
+  // The shipped sets are interpolated between, whatever the user has made of his own.
+  const profiles::ProfilePaths paths{folder / "settings" / profiles::kProfileFileName,
+                                     folder / "shipped" / profiles::kProfileFileName};
+  profiles::NoiseProfileStore shipped({paths.defaultFile, {}});
+  ASSERT_FALSE(shipped.Load());
+  engine::DenoiseParameters set;
+  for (const int level : {2, 4}) {
+    set.m_dImmerkaerY = set.m_dImmerkaerUV = level;
+    set.m_dStrength = set.m_dStrengthChroma = 10.0 * level;
+    ASSERT_FALSE(shipped.AddOrReplace(L"<<Unknown Camera>>", std::to_wstring(100 * level), set));
+  }
+  ASSERT_FALSE(shipped.DeleteIso(0, 0));
+  ASSERT_FALSE(shipped.Save());
+
+  PanelModel model(paths);
+  ASSERT_FALSE(model.Load());
+  Photograph photograph = PhotoOf(L"X 1", L"800");
+  photograph.noise.luminance = 3.0;
+  photograph.noise.chrominance = 3.5;
+  model.ShowPhotograph(photograph);
+  ASSERT_TRUE(model.CanMeasure());
+  ASSERT_FALSE(model.KeepMeasured());
+  EXPECT_EQ(model.CameraNames()[model.camera()], L"Maker / X 1");
+  EXPECT_EQ(model.IsoTexts()[model.iso()], L"800");
+  EXPECT_NEAR(model.parameters().m_dStrength, 30.0, 0.01);
+  EXPECT_NEAR(model.parameters().m_dStrengthChroma, 35.0, 0.01);
+  EXPECT_DOUBLE_EQ(model.parameters().m_dImmerkaerY, 3.0);
+  // Again, of a camera that is stored with other blanks: no second one.
+  photograph.exif.model = L"X1";
+  photograph.exif.iso = L"1600";
+  model.ShowPhotograph(photograph);
+  ASSERT_FALSE(model.KeepMeasured());
+  EXPECT_EQ(model.IsoTexts().size(), 2U);
+
+  for (const wchar_t* iso : {L"", L"0", L"12", L"9999999"}) {
+    model.ShowPhotograph(PhotoOf(L"X 1", iso));
+    EXPECT_FALSE(model.CanMeasure());
+    EXPECT_TRUE(model.KeepMeasured());
+  }
+}
+
 }  // namespace
 }  // namespace mirellon::ui
