@@ -67,7 +67,7 @@ ImageView::ImageView(QWidget* parent) : QWidget(parent) {
   setAttribute(Qt::WA_OpaquePaintEvent);
   setMouseTracking(true);
   setFocusPolicy(Qt::StrongFocus);
-  setMinimumSize(320, 240);
+  setMinimumSize(160, 120);
 }
 
 // ---- What is shown ----

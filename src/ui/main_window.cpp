@@ -91,7 +91,7 @@ MainWindow::MainWindow(DesktopContext& context)
   view_->SetBackground(skin::SchemeOf(scheme_).view);
   UpdateCommands();
   UpdateHint();
-  setMinimumSize(kSmallest.expandedTo(minimumSizeHint()).boundedTo(screen()->availableSize()));
+  setMinimumSize(kSmallest.boundedTo(screen()->availableSize()).expandedTo(minimumSizeHint()));
   RestorePlace();
   setTabOrder(zoomBox_, startHint_->focusProxy());
   startHint_->setFocus();
