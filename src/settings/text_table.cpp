@@ -284,6 +284,10 @@ constexpr std::array kOwnTexts = std::to_array<TextRow>({
     {360, L"Make Settings from This Photograph's Noise"},
     {361, L"The photograph does not tell its camera and ISO speed"},
     {362, L"Settings for %1, ISO %2, made from the noise of this photograph"},
+    {363, L"Licences"},
+    {364,
+     L"Mirellon is free software under the GNU General Public License, version 3 or any later version. It "
+     L"uses:"},
 });
 
 constexpr bool Ascending(std::span<const TextRow> rows, int first, int last) {

@@ -72,12 +72,4 @@ void DressList(QComboBox& list, const QString& name) {
   if (list.lineEdit() != nullptr) list.lineEdit()->setAccessibleName(name);
 }
 
-void DressFileDialog(QFileDialog& dialog) {
-  for (const auto& [list, label] :
-       {std::pair("lookInCombo", QFileDialog::LookIn), std::pair("fileTypeCombo", QFileDialog::FileType)}) {
-    if (auto* found = dialog.findChild<QComboBox*>(QLatin1String(list)))
-      DressList(*found, dialog.labelText(label));
-  }
-}
-
 }  // namespace mirellon::ui

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QComboBox>
-#include <QFileDialog>
 #include <QString>
 
 namespace mirellon::ui {
@@ -10,8 +9,5 @@ namespace mirellon::ui {
 // A wheel turned over the list scrolls what the list stands in, and never chooses another entry. A screen
 // reader calls it by `name`, and tells the entry apart from that.
 void DressList(QComboBox& list, const QString& name);
-
-// The same for the lists of the toolkit's file dialog; without effect on the system's own.
-void DressFileDialog(QFileDialog& dialog);
 
 }  // namespace mirellon::ui

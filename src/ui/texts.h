@@ -107,6 +107,8 @@ inline constexpr int kCloseAnyway = 355;
 inline constexpr int kMeasure = 360;
 inline constexpr int kNotMeasurable = 361;
 inline constexpr int kMeasured = 362;
+inline constexpr int kLicences = 363;
+inline constexpr int kLicence = 364;
 }  // namespace text
 
 class Texts {

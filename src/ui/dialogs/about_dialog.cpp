@@ -3,10 +3,52 @@
 #include <QDialogButtonBox>
 #include <QIcon>
 #include <QLabel>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <array>
 
 namespace mirellon::ui {
+
+namespace {
+
+struct Library {
+  const char* name;
+  const char* terms;
+};
+// As docs/licences.md has them.
+constexpr std::array kLibraries{
+    Library{"Qt 6", "LGPL-3.0, GPL-2.0-or-later"},
+    Library{"FreeImage", "GPL-2.0, GPL-3.0, FIPL-1.0"},
+    Library{"Exiv2", "GPL-2.0-or-later"},
+    Library{"Little CMS 2", "MIT"},
+    Library{"GLEW", "BSD-3-Clause, MIT"},
+    Library{"EGL, OpenGL (GLVND)", "MIT, BSD-1-Clause, Apache-2.0"},
+    Library{"Highway", "Apache-2.0"},
+    Library{"SimpleIni", "MIT"},
+    Library{"libxcb", "MIT"},
+};
+constexpr int kLicenceLines = 6;
+
+QString LicenceText(const Texts& texts) {
+  QString text = texts(text::kLicence);
+  for (const Library& library : kLibraries) {
+    text += QStringLiteral("\n%1: %2").arg(QLatin1String(library.name), QLatin1String(library.terms));
+  }
+  return text;
+}
+
+QPlainTextEdit* LicenceView(const Texts& texts, QWidget* parent) {
+  auto* view = new QPlainTextEdit(LicenceText(texts), parent);
+  view->setObjectName(QStringLiteral("licences"));
+  view->setAccessibleName(texts(text::kLicences));
+  view->setReadOnly(true);
+  view->setTabChangesFocus(true);
+  view->setFixedHeight(kLicenceLines * view->fontMetrics().lineSpacing() + 2 * view->frameWidth() + 8);
+  return view;
+}
+
+}  // namespace
 
 QString CardText(const CardService* card, bool on, const Texts& texts) {
   CardStatus status{CardStatus::State::kRefused, {}, "no graphics driver can be opened", false};
@@ -49,6 +91,7 @@ AboutDialog::AboutDialog(const Texts& texts, const QString& cardText, QWidget* p
   column->addWidget(about);
   column->addWidget(card);
   column->addSpacing(8);
+  column->addWidget(LicenceView(texts, this));
   column->addWidget(buttons);
   column->setSizeConstraint(QLayout::SetFixedSize);
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);

@@ -7,9 +7,9 @@
 
 #include "ui/dialogs/adding_dialog.h"
 #include "ui/dialogs/batch_options_dialog.h"
+#include "ui/dialogs/file_dialog.h"
 #include "ui/dialogs/save_dialog.h"
 #include "ui/local_url.h"
-#include "ui/plain_list.h"
 
 namespace mirellon::ui {
 

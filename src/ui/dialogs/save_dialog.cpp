@@ -5,7 +5,7 @@
 #include <QPushButton>
 #include <system_error>
 
-#include "ui/plain_list.h"
+#include "ui/dialogs/file_dialog.h"
 
 namespace mirellon::ui {
 
