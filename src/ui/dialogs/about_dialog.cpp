@@ -28,7 +28,7 @@ constexpr std::array kLibraries{
     Library{"SimpleIni", "MIT"},
     Library{"libxcb", "MIT"},
 };
-constexpr int kLicenceLines = 6;
+constexpr int kLicenceLines = 7;
 
 QString LicenceText(const Texts& texts) {
   QString text = texts(text::kLicence);
@@ -92,6 +92,7 @@ AboutDialog::AboutDialog(const Texts& texts, const QString& cardText, QWidget* p
   column->addWidget(card);
   column->addSpacing(8);
   column->addWidget(LicenceView(texts, this));
+  column->addSpacing(8);
   column->addWidget(buttons);
   column->setSizeConstraint(QLayout::SetFixedSize);
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);

@@ -13,9 +13,9 @@ namespace mirellon::ui {
 
 namespace {
 
-constexpr int kWidth = 96;   // in average characters
-constexpr int kHeight = 30;  // in lines
-constexpr int kPlaces = 18;  // the list of places, in average characters
+constexpr int kWidth = 132;  // in average characters
+constexpr int kHeight = 40;  // in lines
+constexpr int kPlaces = 24;  // the list of places, in average characters
 
 QSize UsualSize(const QFileDialog& dialog) {
   const QFontMetrics metrics = dialog.fontMetrics();
