@@ -15,6 +15,7 @@
 #include "ui/dialogs/adding_dialog.h"
 #include "ui/dialogs/batch_options_dialog.h"
 #include "ui/dialogs/batch_progress_dialog.h"
+#include "ui/dialogs/batch_report_dialog.h"
 #include "ui/dialogs/help_window.h"
 #include "ui/dialogs/options_dialog.h"
 #include "ui/dialogs/save_dialog.h"
@@ -24,6 +25,7 @@
 namespace mirellon::ui {
 namespace {
 
+using test::ModalUser;
 using test::WaitFor;
 using test::WindowHarness;
 
@@ -255,9 +257,19 @@ TEST_F(HelpDeskTest, HasAnAnchorAndAWidgetForEveryTopic) {
   const SaveDialog save({L"Save", {}, 8, 85}, texts, nullptr);
   const BatchOptionsDialog batchOptions(85, texts, nullptr);
   const BatchProgressDialog batchProgress(texts, nullptr);
+  const BatchReportDialog batchReport({}, {}, texts, nullptr);
   QStringList names;
-  const std::vector<const QWidget*> windows{harness.window.get(), &options,      &adding, &save,
-                                            &batchOptions,        &batchProgress};
+  {
+    ModalUser user;
+    user.Expect("folderDialog", [&names](QWidget* dialog) {
+      EXPECT_EQ(TopicOf(dialog->focusWidget()), "batch") << "not what is said of other file dialogs";
+      names.append(dialog->objectName());
+      dialog->close();
+    });
+    (void)harness.realDialogs.AskFolder(L"Folder", harness.folder.path());
+  }
+  const std::vector<const QWidget*> windows{harness.window.get(), &options,       &adding,     &save,
+                                            &batchOptions,        &batchProgress, &batchReport};
   for (const QWidget* window : windows) {
     names.append(window->objectName());
     for (const QWidget* widget : window->findChildren<QWidget*>())
