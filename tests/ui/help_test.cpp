@@ -168,7 +168,7 @@ class HelpDeskTest : public ::testing::Test {
  protected:
   HelpDeskTest() { harness.context.resourceFolders = base::ResourceFolders(); }
 
-  HelpWindow* Opened() {
+  HelpWindow* Opened() const {
     for (HelpWindow* window : harness.window->findChildren<HelpWindow*>()) {
       if (window->isVisible()) return window;
     }
@@ -178,7 +178,7 @@ class HelpDeskTest : public ::testing::Test {
   std::string SectionOf(QWidget* widget) {
     QTest::keyClick(widget, Qt::Key_F1);
     HelpWindow* window = Opened();
-    const std::string anchor = window == nullptr ? "" : window->currentAnchor().toStdString();
+    std::string anchor = window == nullptr ? "" : window->currentAnchor().toStdString();
     if (window != nullptr) window->close();
     return anchor;
   }
