@@ -107,7 +107,6 @@ BatchController::~BatchController() {
 }
 
 void BatchController::Count(const BatchWork& work) {
-  stopWished_ = false;
   const unsigned number = ++counts_;
   countControl_->RequestAbort();
   countControl_ = std::make_shared<base::RunControl>();
@@ -128,7 +127,6 @@ void BatchController::Start(const BatchWork& work, std::uint32_t quality) {
   options.fusion = context_.loaded.fusion != 0;
   options.applicationData = context_.applicationData;
   run_ = std::make_unique<batch::BatchRun>(context_.engine, store_, std::move(options), *observer_);
-  if (stopWished_) run_->RequestStop();
   auto outcome = std::make_shared<BatchOutcome>();
   worker_.Post([this, work, outcome] { Run(work, *outcome); },
                [this, outcome](bool outOfMemory) {
@@ -149,7 +147,6 @@ void BatchController::Run(const BatchWork& work, BatchOutcome& outcome) {
 }
 
 void BatchController::Stop() {
-  stopWished_ = true;  // also of a run that waits for the engine
   if (running()) run_->RequestStop();
 }
 

@@ -27,7 +27,7 @@ class BatchController : public QObject {
   BatchController(const BatchController&) = delete;
   BatchController& operator=(const BatchController&) = delete;
 
-  // Begins a batch: counts the images; counted() tells. A count asked for before ends, and is not told of.
+  // Counts the images; counted() tells. A count asked for before ends, and is not told of.
   void Count(const BatchWork& work);
   // The engine must be free. finished() follows in any case.
   void Start(const BatchWork& work, std::uint32_t quality);
@@ -54,7 +54,6 @@ class BatchController : public QObject {
   DesktopContext& context_;
   std::shared_ptr<base::RunControl> countControl_ = std::make_shared<base::RunControl>();
   unsigned counts_ = 0;
-  bool stopWished_ = false;
   SharedProgress progress_;
   std::unique_ptr<Observer> observer_;
   profiles::NoiseProfileStore store_;  // the run's own

@@ -50,6 +50,7 @@ ParameterPanel::ParameterPanel(DesktopContext& context, const Texts& texts, QWid
 // ---- Showing ----
 
 void ParameterPanel::ShowPhotograph(const Photograph& photograph) {
+  ++shown_;
   exif_ = photograph.exif;
   model_.ShowPhotograph(photograph);
   pause_.stop();
@@ -174,19 +175,28 @@ void ParameterPanel::TellKept(bool failed) {
 
 void ParameterPanel::Keep() {
   Commit();
+  const unsigned subject = shown_;
   const auto name = context_.dialogs.AskProfileName(
       {{camera_->currentText().toStdWString(), iso_->currentText().toStdWString()}, exif_});
-  if (name) TellKept(model_.Keep(name->camera, name->iso));
+  if (name && StillShows(subject)) TellKept(model_.Keep(name->camera, name->iso));
+}
+
+bool ParameterPanel::StillShows(unsigned subject) {
+  if (subject == shown_) return true;
+  context_.dialogs.ShowMessage(texts_(text::kNothingSaved).toStdWString(),
+                               texts_(text::kWarning).toStdWString(), base::MessageKind::kWarning);
+  return false;
 }
 
 void ParameterPanel::Delete() {
   if (!model_.CanDelete()) return;
+  const unsigned subject = shown_;
   const QString question =
       QStringLiteral("%1\n\n%2\n%3\n%4").arg(texts_(137), texts_(138), texts_(139), texts_(140));
   const auto answer =
       context_.dialogs.AskCarefully(question.toStdWString(), texts_(text::kWarning).toStdWString(),
-                                    {texts_(253).toStdWString(), texts_(254).toStdWString()});
-  if (!answer) return;
+                                    {texts_(text::kYes).toStdWString(), texts_(text::kNo).toStdWString()});
+  if (!answer || !StillShows(subject)) return;
   if (model_.Delete(*answer == 0 ? PanelModel::Scope::kCamera : PanelModel::Scope::kIso)) {
     context_.dialogs.ShowMessage(texts_(141).toStdWString(), texts_(text::kWarning).toStdWString(),
                                  base::MessageKind::kWarning);

@@ -39,7 +39,7 @@ class ParameterPanel : public QWidget {
 
   // A run on the whole photograph is going on. `denoised`: one has been finished.
   void SetRunning(bool running, bool denoised);
-  void SetUsable(bool usable);  // a photograph is open
+  void SetUsable(bool usable);  // a photograph is open, and nothing is done with it
   void ShowProgress(int permille);
   void Undo();
   void Redo();
@@ -83,6 +83,8 @@ class ParameterPanel : public QWidget {
   void Keep();
   void TellKept(bool failed);
   void Delete();
+  // Tells otherwise: a load goes on behind a dialog, and chooses other settings.
+  [[nodiscard]] bool StillShows(unsigned subject);
   void SetDefault();
   void SetManual(bool shown);
   void ChooseQuality(int index);
@@ -94,6 +96,7 @@ class ParameterPanel : public QWidget {
   Texts texts_;
   PanelModel model_;
   imageio::ExifSummary exif_;
+  unsigned shown_ = 0;  // photographs until now
   bool usable_ = false;
   bool running_ = false;
 

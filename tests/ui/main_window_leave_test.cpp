@@ -247,6 +247,30 @@ TEST_F(LeaveTest, GoesWithoutAProperEndWhileItLoads) {
   window.reset();
 }
 
+// A load goes on behind the panel's dialogs, and what they ask about may no longer be on the screen.
+TEST_F(LeaveTest, CameraSettingsAreThoseOfThePhotographThatWasAskedAbout) {
+  OpenNew("a.png");
+  const auto b = WritePhotograph("b.png", Photo(60, 40));
+  dialogs.profileNames = {{L"Maker / Model", L"400"}, {L"Maker / Model", L"800"}, {L"Other", L"100"}};
+  for (int i = 0; i < 2; ++i) Find<QToolButton>("saveSetting")->click();
+  ASSERT_EQ(Find<QComboBox>("cameraList")->currentIndex(), 1);
+  const auto change = [&] {
+    const auto before = session().photograph().path;
+    ASSERT_TRUE(window->Open(before == b ? folder / "a.png" : b));
+    ASSERT_TRUE(WaitFor([&] { return session().photograph().path != before; }));
+    emit Find<QComboBox>("cameraList")->activated(1);  // as if it were of a camera that is known
+  };
+  dialogs.meanwhile = change;
+  dialogs.choices = {0};
+  Find<QToolButton>("deleteSetting")->click();
+  EXPECT_EQ(Find<QComboBox>("cameraList")->count(), 2) << "deleted";
+  dialogs.meanwhile = change;
+  Find<QToolButton>("saveSetting")->click();
+  EXPECT_EQ(Find<QComboBox>("cameraList")->count(), 2) << "added";
+  EXPECT_EQ(dialogs.messages.size(), 2U);
+  WaitUntilIdle();
+}
+
 TEST_F(LeaveTest, TellsWhenCameraSettingsCannotBeKept) {
   OpenNew("a.png");
   BlockProfileFile();

@@ -58,6 +58,7 @@ std::optional<int> ScriptedDialogs::AskBatchOptions(int /*jpegQuality*/) {
 }
 
 std::optional<ui::ProfileName> ScriptedDialogs::AskProfileName(const ui::ProfileNameQuestion& /*question*/) {
+  Pass();
   return Next(profileNames);
 }
 
