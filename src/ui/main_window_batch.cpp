@@ -47,8 +47,8 @@ void MainWindow::TakeDropped(const std::vector<std::filesystem::path>& dropped) 
 }
 
 void MainWindow::AskOptionsAndStart(const BatchWork& work) {
-  // Anything may have begun behind the questions.
-  if (!(*actions_)[Command::kBatch]->isEnabled()) return;
+  // Anything may have begun behind the questions. A load gives way, as the photograph that is open.
+  if (!Can(Command::kOpen)) return;
   batchTotal_.reset();
   batch_.Count(work);  // while the options are open
   if (!RootOf(work).empty()) {

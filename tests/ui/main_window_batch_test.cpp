@@ -286,6 +286,16 @@ TEST_F(MainWindowBatchTest, TakesWhatIsDropped) {
   Report()->close();
   EXPECT_EQ(Results(), 4U);
   EXPECT_EQ(test::FilesIn(harness.folder / "other/denoised"), 1U);
+  // A photograph on its way gives way to it, even a large one.
+  WritePhoto("large.png", 3000, 2500);
+  ASSERT_TRUE(harness.window->Open(harness.folder / "large.png"));
+  ASSERT_TRUE(WaitFor([this] { return !harness.Action(Command::kBatch)->isEnabled(); }));
+  ExpectQuestion("Denoise All");
+  ExpectOptions("ok1");
+  Drop({harness.folder / "other"});
+  WaitForReport();
+  Report()->close();
+  EXPECT_FALSE(harness.session().hasImage());
   ExpectQuestion("Cancel");
   Drop({harness.folder / "in"});
   QTest::qWait(0);
