@@ -159,6 +159,8 @@ int SkinStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidg
   switch (hint) {
     case SH_Slider_AbsoluteSetButtons:
       return Qt::LeftButton;  // a click brings the knob there
+    case SH_DrawMenuBarSeparator:
+      return 1;  // not drawn: what follows it stands at the other end
     case SH_DialogButtonBox_ButtonsHaveIcons:
     case SH_EtchDisabledText:
     case SH_DitherDisabledText:

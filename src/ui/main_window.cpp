@@ -152,6 +152,7 @@ void MainWindow::BuildMenus() {
   QMenu* colours = add(view, text::kColours);
   colours->addActions({a[Command::kSchemeLight], a[Command::kSchemeDark], a[Command::kSchemeContrast]});
   view->addAction(a[Command::kColourManagement]);
+  menuBar()->addSeparator();  // Help stands at the other end
   QMenu* help = add(menuBar(), text::kHelpMenu);
   help->addActions({a[Command::kHelp], a[Command::kVisitWebSite], a[Command::kAbout]});
   busyMenus_ = {file, denoise, help};

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QImage>
+#include <QMenuBar>
 #include <QStyleFactory>
 
 #include <gtest/gtest.h>
@@ -47,6 +48,17 @@ class SkinStyleTest : public ::testing::TestWithParam<int> {
 
 INSTANTIATE_TEST_SUITE_P(AllSchemes, SkinStyleTest,
                          ::testing::Values(kSchemeLight, kSchemeDark, kSchemeContrast));
+
+TEST_P(SkinStyleTest, AMenuBehindASeparatorStandsAtTheBarsEnd) {
+  QMenuBar bar;
+  QAction* first = bar.addMenu("File")->menuAction();
+  bar.addSeparator();
+  QAction* last = bar.addMenu("Help")->menuAction();
+  bar.resize(600, 30);
+  bar.show();
+  EXPECT_LT(bar.actionGeometry(first).right(), 100);
+  EXPECT_GT(bar.actionGeometry(last).right(), 580);
+}
 
 TEST_P(SkinStyleTest, TextIsLegibleOnEveryControlInEveryState) {
   for (const Specimen& specimen : Specimens()) {
