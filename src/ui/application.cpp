@@ -4,6 +4,7 @@
 #include <QTimer>
 #include <cstdlib>
 #include <iostream>
+#include <system_error>
 
 #include "settings/running_mark.h"
 #include "skin/install.h"
@@ -56,6 +57,13 @@ void FollowCard(DesktopContext& context, const Texts& texts) {
   });
 }
 
+// The list of recent photographs is read in other folders, too.
+std::filesystem::path Absolute(const std::filesystem::path& file) {
+  std::error_code error;
+  std::filesystem::path absolute = std::filesystem::absolute(file, error);
+  return error ? file : absolute;
+}
+
 // What the event loop runs on, in the order in which it has to go.
 int RunWindow(QApplication& application, const StartOptions& options, DesktopContext& context,
               QtDialogs& dialogs, DesktopCard& card) {
@@ -76,7 +84,7 @@ int RunWindow(QApplication& application, const StartOptions& options, DesktopCon
     card.Open();
     // What the last run died of may be this photograph.
     TellOfStart(context, texts, window.panel());
-    if (!options.photograph.empty()) window.Open(options.photograph);
+    if (!options.photograph.empty()) window.Open(Absolute(options.photograph));
   });
   const int code = QApplication::exec();
   dialogs.SetOwner(nullptr);

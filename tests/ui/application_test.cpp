@@ -9,12 +9,14 @@
 
 #include <gtest/gtest.h>
 
+#include "base/paths.h"
 #include "imageio/save_image.h"
 #include "settings/app_settings.h"
 #include "settings/running_mark.h"
 #include "support/temporary_folder.h"
 #include "support/test_pictures.h"
 #include "ui/main_window.h"
+#include "ui/model/recent_files.h"
 
 namespace mirellon::ui {
 namespace {
@@ -129,6 +131,20 @@ TEST_F(ApplicationTest, AnotherInstanceIsNoCrash) {
   }
   EXPECT_EQ(Run({Read(), Close}), 0) << "which has died since";
   EXPECT_EQ(Marker(), 0);
+}
+
+TEST_F(ApplicationTest, RemembersAPhotographByItsWholePath) {
+  WritePhotograph(60, 40);
+  const std::filesystem::path whole = options.photograph;
+  options.photograph = std::filesystem::relative(whole);
+  ASSERT_TRUE(options.photograph.is_relative());
+  const auto opened = [](MainWindow& window) { return window.workbench().session().hasImage(); };
+  EXPECT_EQ(Run({opened, Close}), 0);
+  RecentFiles recent;
+  recent.Load(base::SettingsFile(options.applicationData));
+  ASSERT_EQ(recent.files().size(), 1U);
+  EXPECT_TRUE(recent.files().front().is_absolute());
+  EXPECT_TRUE(std::filesystem::equivalent(recent.files().front(), whole));
 }
 
 TEST_F(ApplicationTest, ASignalEndsItWithoutAQuestion) {
