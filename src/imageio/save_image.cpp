@@ -192,7 +192,7 @@ bool SaveImageAs(Document& document, std::filesystem::path& path, const SaveOpti
   }
   path = chosen;
   if (quality.stored && settings::WriteJpegQuality(options.applicationData, quality.percent)) {
-    told.warnings.emplace_back("the JPEG quality could not be stored in the settings file");
+    told.warnings.emplace_back(kQualityNotStored);
   }
   return false;
 }

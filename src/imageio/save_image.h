@@ -37,6 +37,9 @@ struct SaveOptions {
   MetadataTool* tool = nullptr;               // null: the metadata's tool is started for this save alone
 };
 
+// The one warning that is not about metadata.
+inline constexpr const char* kQualityNotStored = "the JPEG quality could not be stored in the settings file";
+
 // What happened, for whoever composes a message; `cause` and `warnings` are English, without the target's
 // name and without a full stop.
 struct SaveReport {

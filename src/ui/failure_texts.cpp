@@ -69,4 +69,9 @@ QString ReasonOf(const Texts& texts, const imageio::SaveReport& report) {
   return Reason(texts, TextOf(report.status), report.cause);
 }
 
+QString WarningOf(const Texts& texts, const std::string& warning) {
+  const bool settings = warning == imageio::kQualityNotStored;
+  return Reason(texts, settings ? text::kSettingsNotStored : text::kMetadataNotCopied, warning);
+}
+
 }  // namespace mirellon::ui

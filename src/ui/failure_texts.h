@@ -16,4 +16,7 @@ namespace mirellon::ui {
 [[nodiscard]] QString ReasonOf(const Texts& texts, const imageio::LoadReport& report);
 [[nodiscard]] QString ReasonOf(const Texts& texts, const imageio::SaveReport& report);
 
+// One of a save's warnings.
+[[nodiscard]] QString WarningOf(const Texts& texts, const std::string& warning);
+
 }  // namespace mirellon::ui

@@ -237,7 +237,7 @@ void MainWindow::ConnectWorkbench() {
     setWindowTitle(FrameTitle(workbench_.session().Title()));
     QString note = texts_(text::kSaved).arg(ShownName(report.written));
     for (const std::string& warning : report.warnings)
-      note += QStringLiteral(" · ") + Reason(texts_, text::kMetadataNotCopied, warning);
+      note += QStringLiteral(" · ") + WarningOf(texts_, warning);
     status_->Note(note);
     if (auto next = std::exchange(afterSave_, nullptr)) next();
   });

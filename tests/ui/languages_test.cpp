@@ -153,6 +153,14 @@ TEST_P(LanguagesTest, NothingIsClippedInQuestions) {
   CheckModal([&] { (void)dialogs.AskChoice(wide(227), wide(56), {wide(228), wide(229)}); }, "saving");
 }
 
+TEST_P(LanguagesTest, ASavesWarningSaysWhatItIsAbout) {
+  const QString metadata = WarningOf(texts_, "exiftool is missing");
+  EXPECT_TRUE(metadata == "exiftool is missing" || metadata.startsWith(texts_(text::kMetadataNotCopied)));
+  const QString quality = WarningOf(texts_, imageio::kQualityNotStored);
+  EXPECT_FALSE(quality.startsWith(texts_(text::kMetadataNotCopied))) << quality.toStdString();
+  EXPECT_TRUE(quality.endsWith("settings file") || quality.startsWith(texts_(text::kSettingsNotStored)));
+}
+
 TEST_P(LanguagesTest, MenusHaveLettersOfTheirOwn) {
   if (GetParam().textScale != 1.0) GTEST_SKIP() << "letters have no size";
   const test::WindowHarness harness(localization_);

@@ -116,7 +116,7 @@ bool SavePhotograph(const SaveJob& job, const base::RunControl& control, imageio
     return true;
   }
   if (settings::WriteJpegQuality(job.applicationData, job.jpegQuality)) {
-    report.warnings.emplace_back("the JPEG quality could not be stored in the settings file");
+    report.warnings.emplace_back(imageio::kQualityNotStored);
   }
   return false;
 }
