@@ -1,5 +1,6 @@
 #include "ui/parameter_panel.h"
 
+#include <QKeyEvent>
 #include <QSignalBlocker>
 
 #include "skin/icon_engine.h"
@@ -218,6 +219,12 @@ void ParameterPanel::SetRunning(bool running, bool denoised) {
   progress_->setVisible(running);
   if (!running) progress_->setValue(0);
   UpdateEnabled();
+}
+
+// "Abort" has the focus when the run was begun from here.
+void ParameterPanel::keyPressEvent(QKeyEvent* event) {
+  if (!running_ || event->key() != Qt::Key_Escape) return QWidget::keyPressEvent(event);
+  emit abortRequested();
 }
 
 void ParameterPanel::SetUsable(bool usable) {

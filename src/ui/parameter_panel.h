@@ -58,6 +58,7 @@ class ParameterPanel : public QWidget {
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   // parameter_panel_build.cpp

@@ -151,6 +151,12 @@ TEST(MainWindowTest, RunsWithWhatWasTypedAndStopsByEscape) {
   QTest::keyClick(&harness.window->view(), Qt::Key_Escape);
   harness.WaitUntilIdle();
   EXPECT_FALSE(harness.session().denoised());
+
+  value->setFocus();
+  harness.Do(Command::kDenoise);
+  QTest::keyClick(harness.window->focusWidget(), Qt::Key_Escape);
+  harness.WaitUntilIdle();
+  EXPECT_FALSE(harness.session().denoised()) << "the button that aborts has the focus";
 }
 
 TEST(MainWindowTest, WalksPastWhatCannotBeOpened) {
