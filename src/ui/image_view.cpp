@@ -246,7 +246,11 @@ void ImageView::paintEvent(QPaintEvent* /*event*/) {
     Redraw();
   }
   QPainter painter(this);
-  if (geometry_.empty()) return DrawPane(painter, shown(), 0);
+  if (geometry_.empty()) {
+    // All of it: a pane of what was there would stay.
+    const int grey = renderer_.background();
+    return painter.fillRect(rect(), QColor(grey, grey, grey));
+  }
   DrawComparison(painter);
   DrawLabels(painter);
 }

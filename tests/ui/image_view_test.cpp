@@ -223,7 +223,13 @@ TEST_F(ImageViewTest, RefusesEverythingWhileLockedOrEmpty) {
   view.SetLocked(false);
   view.ShowPhotograph(nullptr);
   nothingHappens(kDrawNothing);
-  EXPECT_EQ(view.grab().toImage().pixelColor(5, 5), QColor(35, 35, 35));
+  for (const ViewMode mode : {ViewMode::kSingle, ViewMode::kSplit, ViewMode::kSideBySide}) {
+    view.SetMode(mode);
+    QImage image(view.size(), QImage::Format_RGB32);
+    image.fill(Qt::red);  // what was there before
+    view.render(&image);
+    for (const int x : {5, 300, 590}) EXPECT_EQ(image.pixelColor(x, 5), QColor(35, 35, 35)) << x;
+  }
 }
 
 TEST_F(ImageViewTest, ComparesInEveryMode) {

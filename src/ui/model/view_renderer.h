@@ -32,6 +32,7 @@ class ViewRenderer {
   };
 
   void SetBackground(std::uint8_t grey) { background_ = grey; }
+  [[nodiscard]] std::uint8_t background() const { return background_; }
   // Null: there is none.
   void SetPicture(int which, SharedDisplay picture);
   void SetPatch(std::optional<Patch> patch) { patch_ = std::move(patch); }
