@@ -44,7 +44,7 @@ inline constexpr std::array<SettingRow, 10> kSettings{{
     {Setting::kJpeg, L"jpeg", L"85", 1, 0, "1 to 100",
      "quality of JPEG results in percent; below 1 stands for 95, above 100 for 100"},
     {Setting::kLatestFolder, L"Latest Folder", L"", 1, 0, "a folder",
-     "the folder chosen last for batch denoising"},
+     "the folder taken last for batch denoising, chosen or dropped"},
     {Setting::kShowManualTunning, L"ShowManualTunning", L"1", 1, 0, "0, 1",
      "1: the panel shows the controls for manual tuning"},
     {Setting::kQuality, L"Quality", L"2", 1, 3, "1, 2, 3",

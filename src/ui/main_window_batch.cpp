@@ -62,8 +62,6 @@ void MainWindow::AskOptionsAndStart(const BatchWork& work) {
 }
 
 void MainWindow::StartBatch(const BatchWork& work) {
-  // The batch reads the profile file, and settings kept a moment ago are meant to serve it.
-  if (const QString complaint = panel_->Finish(); !complaint.isEmpty()) status_->Note(complaint);
   workbench_.Close();
   batchWork_ = work;
   const auto run = [this, quality = panel_->quality()] {

@@ -94,6 +94,7 @@ Fit OfField(const QLineEdit& field) {
 QList<Fit> OfMenuBar(const QMenuBar& bar) {
   QList<Fit> fits;
   for (QAction* action : bar.actions()) {
+    if (action->isSeparator()) continue;
     const QRect place = bar.actionGeometry(action) & bar.rect();
     fits.append({action->text(), SizeOf(bar, action->text()), place.size()});
   }
