@@ -86,6 +86,8 @@ class MainWindow : public QMainWindow {
   // main_window_batch.cpp
   void AskAndStartBatch();
   void AskOptionsAndStart(const BatchWork& work);
+  // A run takes the settings of the cameras from their file.
+  void KeepForBatch();
   void StartBatch(const BatchWork& work);
   void ConnectBatch();
   void FinishBatch(const BatchOutcome& outcome);

@@ -61,7 +61,16 @@ void MainWindow::AskOptionsAndStart(const BatchWork& work) {
   StartBatch(work);
 }
 
+void MainWindow::KeepForBatch() {
+  if (!panel_->changed()) return;
+  const QString complaint = panel_->Finish();
+  if (complaint.isEmpty()) return;
+  context_.dialogs.ShowMessage(complaint.toStdWString(), texts_(text::kWarning).toStdWString(),
+                               base::MessageKind::kWarning);
+}
+
 void MainWindow::StartBatch(const BatchWork& work) {
+  KeepForBatch();
   workbench_.Close();
   batchWork_ = work;
   const auto run = [this, quality = panel_->quality()] {

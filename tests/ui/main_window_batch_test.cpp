@@ -13,12 +13,14 @@
 #include <QSlider>
 #include <QTest>
 #include <QToolBar>
+#include <QToolButton>
 #include <QTreeView>
 #include <algorithm>
 
 #include <gtest/gtest.h>
 
 #include "imageio/image_files.h"
+#include "profiles/profile_store.h"
 #include "support/test_pictures.h"
 #include "ui/dialogs/batch_progress_dialog.h"
 #include "ui/local_url.h"
@@ -155,6 +157,23 @@ TEST_F(MainWindowBatchTest, RunsFromTheMenuToTheReport) {
   EXPECT_EQ(Results(), 4U);
   EXPECT_EQ(test::FilesIn(harness.folder / "in/sub/denoised"), 1U);
   EXPECT_EQ(harness.settings.GetNumber(settings::Setting::kJpeg), 90);
+}
+
+TEST_F(MainWindowBatchTest, TakesSettingsThatWereKeptJustNow) {
+  WritePhoto("in/a.png");
+  harness.Open(harness.folder / "in/a.png");
+  user.Expect("addingDialog", [](QWidget* dialog) {
+    dialog->findChild<QLineEdit*>("camera")->setText("Maker / Model");
+    QMetaObject::invokeMethod(dialog, "accept");
+  });
+  harness.Find<QToolButton>("saveSetting")->click();
+  ASSERT_TRUE(harness.window->panel().changed());
+  StartOnFolder();
+  profiles::NoiseProfileStore store(profiles::StandardProfilePaths(harness.folder / "config", {}));
+  EXPECT_FALSE(store.Load());
+  EXPECT_NE(store.FindCamera(L"Maker / Model"), 0U);
+  WaitForReport();
+  Report()->close();
 }
 
 TEST_F(MainWindowBatchTest, AsksBeforeItStarts) {
