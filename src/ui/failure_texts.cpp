@@ -54,7 +54,7 @@ int TextOf(imageio::SaveStatus status) {
 }  // namespace
 
 QString Reason(const Texts& texts, int number, const std::string& cause) {
-  const QString reason = texts(number);
+  QString reason = texts(number);
   const bool translated = reason != QString::fromWCharArray(settings::EnglishText(number));
   const QString detail = QString::fromStdString(cause);
   if (cause.empty()) return reason;

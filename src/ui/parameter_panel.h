@@ -91,7 +91,7 @@ class ParameterPanel : public QWidget {
   void ChooseQuality(int index);
   void UpdateEnabled();
   // `reason` is why it cannot be used; empty: it can.
-  void SetUse(QWidget* widget, const QString& toolTip, const QString& reason);
+  static void SetUse(QWidget* widget, const QString& toolTip, const QString& reason);
 
   DesktopContext& context_;
   Texts texts_;
