@@ -43,7 +43,8 @@ foreach(test accessibility languages)
 endforeach()
 add_test(NAME ui/end_to_end
   COMMAND ${CMAKE_CURRENT_LIST_DIR}/end_to_end_test ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
-set_tests_properties(ui/end_to_end PROPERTIES TIMEOUT 300)
+set_tests_properties(ui/end_to_end PROPERTIES TIMEOUT 300
+  ENVIRONMENT "LSAN_OPTIONS=suppressions=${CMAKE_CURRENT_LIST_DIR}/leaks.supp:print_suppressions=0")
 mirellon_add_card_test(ui/desktop_card LINK mirellon_test_window)
 target_compile_definitions(ui_languages_test PRIVATE MIRELLON_RESOURCES="${CMAKE_SOURCE_DIR}/resources")
 
