@@ -120,7 +120,7 @@ bool Localization::ChooseLanguage(int language) {
 }
 
 std::filesystem::path Localization::HelpFile(const std::vector<std::filesystem::path>& folders) const {
-  const std::filesystem::path file = HelpFileFor(CurrentAcronym(), folders);
+  std::filesystem::path file = HelpFileFor(CurrentAcronym(), folders);
   if (!file.empty()) return file;
   // Without a language file the program's own language is the first one.
   return HelpFileFor(languages_.empty() ? L"en" : AcronymOf(languages_, 0), folders);
