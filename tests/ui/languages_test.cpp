@@ -67,6 +67,8 @@ struct Case {
   double textScale;
 };
 
+constexpr int kLayoutMs = 3000;
+
 class LanguagesTest : public ::testing::TestWithParam<Case> {
  protected:
   // Shown as the program shows it, then measured.
@@ -76,7 +78,8 @@ class LanguagesTest : public ::testing::TestWithParam<Case> {
     Measure(window, name);
   }
   static void Measure(QWidget& window, const char* name) {
-    QCoreApplication::processEvents();
+    // What has just been shown may be laid out in more than one go.
+    (void)QTest::qWaitFor([&window] { return test::ClippedTexts(window).isEmpty(); }, kLayoutMs);
     for (const QString& line : test::ClippedTexts(window))
       ADD_FAILURE() << name << ": " << line.toStdString();
     const QSize size = window.size();
