@@ -1,6 +1,5 @@
 #include "ui/background_worker.h"
 
-#include <QMetaObject>
 #include <new>
 #include <utility>
 
@@ -53,13 +52,10 @@ void BackgroundWorker::Do(Job job) {
     outOfMemory = true;
   }
   job.work = nullptr;
-  QMetaObject::invokeMethod(
-      this,
-      [this, done = std::move(job.done), outOfMemory] {
-        --unfinished_;
-        done(outOfMemory);
-      },
-      Qt::QueuedConnection);
+  ended_.Post([this, done = std::move(job.done), outOfMemory] {
+    --unfinished_;
+    done(outOfMemory);
+  });
 }
 
 }  // namespace mirellon::ui

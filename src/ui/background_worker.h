@@ -11,6 +11,8 @@
 #include <mutex>
 #include <stop_token>
 
+#include "ui/posted_calls.h"
+
 namespace mirellon::ui {
 
 // One thread that does one job after the other. Belongs to the thread that made it.
@@ -41,6 +43,7 @@ class BackgroundWorker : public QObject {
   void Do(Job job);
 
   std::size_t unfinished_ = 0;  // the owner's thread alone
+  PostedCalls ended_;
   std::mutex mutex_;
   std::condition_variable_any wake_;
   std::deque<Job> jobs_;

@@ -91,7 +91,7 @@ class BatchController::Observer : public batch::BatchObserver {
  private:
   template <typename F>
   void Tell(F tell) {
-    QMetaObject::invokeMethod(&controller_, std::move(tell), Qt::QueuedConnection);
+    controller_.told_.Post(std::move(tell));
   }
 
   BatchController& controller_;

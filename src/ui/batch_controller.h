@@ -13,6 +13,7 @@
 #include "ui/desktop_context.h"
 #include "ui/model/batch_outcome.h"
 #include "ui/model/shared_progress.h"
+#include "ui/posted_calls.h"
 
 namespace mirellon::ui {
 
@@ -55,6 +56,7 @@ class BatchController : public QObject {
   std::shared_ptr<base::RunControl> countControl_ = std::make_shared<base::RunControl>();
   unsigned counts_ = 0;
   SharedProgress progress_;
+  PostedCalls told_;  // by the run
   std::unique_ptr<Observer> observer_;
   profiles::NoiseProfileStore store_;  // the run's own
   std::unique_ptr<batch::BatchRun> run_;

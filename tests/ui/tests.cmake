@@ -36,6 +36,7 @@ mirellon_add_test(ui/application LINK mirellon_test_window)
 mirellon_add_test(ui/dialogs LINK mirellon_test_window)
 mirellon_add_test(ui/help LINK mirellon_test_window)
 mirellon_add_test(ui/parameter_panel LINK mirellon_test_window)
+mirellon_add_test(ui/posted_calls LINK mirellon_test_window)
 mirellon_add_test(ui/workbench LINK mirellon_test_window)
 
 foreach(test accessibility languages)
