@@ -36,7 +36,7 @@ class HelpWindowTest : public ::testing::Test {
     const std::optional<HelpPage> page = ReadHelpPage(file, localization);
     ASSERT_TRUE(page) << file;
     window.ShowPage(file, *page);
-    window.resize(940, 320);  // low, so that the last section can reach the top, too
+    window.resize(940, 760);
     window.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
   }

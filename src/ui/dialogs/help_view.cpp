@@ -188,8 +188,19 @@ void HelpView::FitToWidth() {
   LayOut();
   FitPictures(column);
   LayOut();
+  LeaveRoomBelow();
   BringToTop(place);
   resized_.reset();  // scroll bars that came and went here
+}
+
+void HelpView::LeaveRoomBelow() {
+  if (positions_.empty()) return;
+  QTextFrameFormat frame = document()->rootFrame()->frameFormat();
+  const double end = document()->documentLayout()->documentSize().height() - frame.bottomMargin();
+  const double last = end - TopOf(document()->findBlock(positions_.back()));
+  frame.setBottomMargin(std::max(2.0 * kSideMargin, std::ceil(viewport()->height() - last) + 1.0));
+  document()->rootFrame()->setFrameFormat(frame);
+  LayOut();
 }
 
 void HelpView::LayOut() {

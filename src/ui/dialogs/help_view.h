@@ -66,6 +66,8 @@ class HelpView : public QTextBrowser {
   void Render();      // anew, at the same place of the text
   void FitToWidth();  // text column and pictures
   void FitPictures(double width);
+  // The last section comes to the top as every other does, however high the window.
+  void LeaveRoomBelow();
   void LayOut();
   [[nodiscard]] Place TopOfView() const;
   void BringToTop(const Place& place);
