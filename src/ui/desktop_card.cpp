@@ -18,16 +18,15 @@ namespace {
 // Brings what is to be shown to the window's thread, each text once until it has been read. Asks nothing.
 class QueuedMessages : public base::WindowServices {
  public:
-  QueuedMessages(QObject& receiver, base::WindowServices& shown)
-      : window_(QThread::currentThread()), receiver_(&receiver), shown_(&shown) {}
+  QueuedMessages(PostedCalls& calls, base::WindowServices& shown)
+      : window_(QThread::currentThread()), calls_(&calls), shown_(&shown) {}
 
   void ShowMessage(const std::wstring& text, const std::wstring& caption, base::MessageKind kind) override {
     {
       const std::scoped_lock lock(mutex_);
-      if (receiver_ == nullptr || !waiting_.insert(text).second) return;
+      if (calls_ == nullptr || !waiting_.insert(text).second) return;
       if (QThread::currentThread() != window_) {
-        QMetaObject::invokeMethod(
-            receiver_, [this, text, caption, kind] { ShowNow(text, caption, kind); }, Qt::QueuedConnection);
+        calls_->Post([this, text, caption, kind] { ShowNow(text, caption, kind); });
         return;
       }
     }
@@ -42,7 +41,7 @@ class QueuedMessages : public base::WindowServices {
   // From now on nothing is shown.
   void Close() {
     const std::scoped_lock lock(mutex_);
-    receiver_ = nullptr;
+    calls_ = nullptr;
     shown_ = nullptr;
   }
 
@@ -56,7 +55,7 @@ class QueuedMessages : public base::WindowServices {
 
   QThread* window_;
   std::mutex mutex_;
-  QObject* receiver_;
+  PostedCalls* calls_;
   base::WindowServices* shown_;  // read and written on the window's thread
   std::set<std::wstring> waiting_;
 };
@@ -64,9 +63,9 @@ class QueuedMessages : public base::WindowServices {
 }  // namespace
 
 struct DesktopCard::Shared {
-  Shared(QObject& owner, base::WindowServices& dialogs, CardExaminer::Parts parts, std::ostream& out,
+  Shared(PostedCalls& calls, base::WindowServices& dialogs, CardExaminer::Parts parts, std::ostream& out,
          std::ostream& err)
-      : messages(owner, dialogs), examiner(std::move(parts), messages, out, err) {}
+      : messages(calls, dialogs), examiner(std::move(parts), messages, out, err) {}
 
   QueuedMessages messages;
   CardExaminer examiner;
@@ -80,7 +79,7 @@ struct DesktopCard::Shared {
 
 DesktopCard::DesktopCard(base::WindowServices& dialogs, CardExaminer::Parts parts, std::ostream& out,
                          std::ostream& err, Patience patience)
-    : patience_(patience), shared_(std::make_shared<Shared>(*this, dialogs, std::move(parts), out, err)) {
+    : patience_(patience), shared_(std::make_shared<Shared>(calls_, dialogs, std::move(parts), out, err)) {
   shared_->thread = std::thread([shared = shared_] { Loop(shared); });
 }
 
@@ -116,7 +115,7 @@ void DesktopCard::Open() {
   Post([this, shared = shared_.get()] {
     shared->examiner.Open();
     const std::scoped_lock lock(shared->mutex);
-    if (!shared->stop) QMetaObject::invokeMethod(this, &DesktopCard::opened, Qt::QueuedConnection);
+    if (!shared->stop) calls_.Post([this] { emit opened(); });
   });
 }
 
@@ -137,9 +136,7 @@ void DesktopCard::Check(std::function<void(bool usable)> answer) {
   Post([this, shared = shared_.get(), tellOnce] {
     const bool usable = shared->examiner.Agrees();
     const std::scoped_lock lock(shared->mutex);
-    if (shared->stop) return;
-    QMetaObject::invokeMethod(
-        this, [tellOnce, usable] { tellOnce(usable); }, Qt::QueuedConnection);
+    if (!shared->stop) calls_.Post([tellOnce, usable] { tellOnce(usable); });
   });
 }
 

@@ -8,6 +8,7 @@
 #include <ostream>
 
 #include "ui/card_service.h"
+#include "ui/posted_calls.h"
 
 namespace mirellon::ui {
 
@@ -51,6 +52,7 @@ class DesktopCard : public QObject, public CardService {
   void Post(std::function<void()> work);
 
   Patience patience_;
+  PostedCalls calls_;
   std::shared_ptr<Shared> shared_;  // with the thread, which may outlive this object
   bool ended_ = false;
 };
