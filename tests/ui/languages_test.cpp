@@ -21,6 +21,8 @@
 #include "ui/dialogs/adding_dialog.h"
 #include "ui/dialogs/batch_options_dialog.h"
 #include "ui/dialogs/batch_progress_dialog.h"
+#include "ui/dialogs/batch_report_dialog.h"
+#include "ui/dialogs/help_window.h"
 #include "ui/dialogs/options_dialog.h"
 #include "ui/dialogs/qt_dialogs.h"
 #include "ui/dialogs/save_dialog.h"
@@ -144,6 +146,16 @@ TEST_P(LanguagesTest, NothingIsClippedInTheDialogs) {
   Check(batchProgress, "batch progress");
   AboutDialog about(texts_, texts_(265).arg("Renderer"), nullptr);
   Check(about, "about");
+  BatchEntry done;
+  done.input = folder / "a.jpg";
+  done.output = folder / "denoised" / "a.jpg";
+  BatchReportDialog report({{folder.path()}}, {{}, {done}}, texts_, nullptr);
+  Check(report, "batch report");
+  SaveDialog save({localization_.Text(56), {folder / "a-denoised", 4, ".jpg"}, 8, 85}, texts_, nullptr);
+  Check(save, "save");
+  HelpWindow help(texts_, folder / "settings.txt", nullptr);
+  help.resize(kSmallScreen);
+  Check(help, "help");
 }
 
 TEST_P(LanguagesTest, NothingIsClippedInQuestions) {

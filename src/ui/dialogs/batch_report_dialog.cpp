@@ -83,7 +83,8 @@ BatchReportDialog::BatchReportDialog(BatchWork work, BatchOutcome outcome, const
   setWindowTitle(texts(27));
   BuildList(texts);
   Build(texts);
-  resize(kWidth, layout()->totalHeightForWidth(kWidth));
+  const int width = std::max(kWidth, layout()->totalMinimumSize().width());
+  resize(width, layout()->totalHeightForWidth(width));
 }
 
 void BatchReportDialog::BuildList(const Texts& texts) {
@@ -146,7 +147,6 @@ void BatchReportDialog::Build(const Texts& texts) {
   grid->addLayout(buttons, 5, 0, 1, 2);
   grid->setColumnStretch(1, 1);
   grid->setRowStretch(3, 1);
-  setMinimumWidth(480);
   close->setDefault(true);
   close->setFocus();
 }
