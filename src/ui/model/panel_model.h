@@ -23,7 +23,7 @@ class PanelModel {
   // ---- The store ----
   // Reads the profile file; camera and ISO entry 0 are chosen. True = failed, and what there is is in use.
   bool Load();
-  // Makes this session's additions and deletions on what the file holds now, and writes that, under the
+  // Makes the panel's additions and deletions on what the file holds now, and writes that, under the
   // file's lock; so what another program has stored meanwhile stays, and is in use here from then on. True =
   // failed: nothing was written, saveCause() and saveCauseFile() say why.
   bool Save();

@@ -32,6 +32,11 @@ unsigned EndAt(int at, Span span, int reach, unsigned low, unsigned high) {
 
 }  // namespace
 
+bool SameRect(const std::optional<PictureRect>& a, const std::optional<PictureRect>& b) {
+  if (!a || !b) return a.has_value() == b.has_value();
+  return a->left == b->left && a->top == b->top && a->right == b->right && a->bottom == b->bottom;
+}
+
 void PreviewRectangle::SetPicture(int width, int height) {
   width_ = width;
   height_ = height;

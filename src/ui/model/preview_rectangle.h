@@ -9,6 +9,9 @@ namespace mirellon::ui {
 
 using PictureRect = picture::CBxRect<int>;
 
+// Both the same place, or both nothing.
+[[nodiscard]] bool SameRect(const std::optional<PictureRect>& a, const std::optional<PictureRect>& b);
+
 // Edges of a rectangle, to be combined.
 inline constexpr unsigned kNoEdge = 0;
 inline constexpr unsigned kLeftEdge = 1;
